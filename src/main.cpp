@@ -1,0 +1,12 @@
+#include <csignal>
+
+#include "run/entry.h"
+
+int main(int argc, char** argv) {
+#ifndef _WIN32
+  // A closed console or a full disc is told by the write that fails; it must not end a conversion half way.
+  std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
+#endif
+  return frt::run_entry(argc, argv);
+}

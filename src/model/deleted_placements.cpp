@@ -1,0 +1,280 @@
+#include "model/deleted_placements.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <utility>
+
+namespace frt {
+namespace {
+
+// How far from its entry an item may stand, in the playlist's unit.
+constexpr std::int64_t kNearEntry = 64;
+constexpr std::int32_t kNoColor = -2;
+
+// (clip or fade number, low 32 bits of the position), in that order.
+using Key = std::uint64_t;
+
+constexpr Key key_of(std::uint64_t index, std::uint64_t position) { return (index << 32u) | (position & 0xFFFFFFFFu); }
+Key key_of(const PlaylistEntry& entry) { return key_of(entry.clip_or_fade_index, entry.position); }
+Key key_of(const OutputItem& item) { return key_of(item.clip_index, item.raw_position); }
+constexpr std::uint64_t index_of(Key key) { return key >> 32u; }
+constexpr std::int64_t position_of(Key key) { return static_cast<std::int64_t>(key & 0xFFFFFFFFu); }
+
+// Keys, each of which can be taken once.
+class KeySet {
+ public:
+  void add(Key key) { keys_.push_back({key, false}); }
+  void close() {
+    std::sort(keys_.begin(), keys_.end());
+    keys_.erase(std::unique(keys_.begin(), keys_.end()), keys_.end());
+  }
+  bool empty() const { return keys_.empty(); }
+  bool has(Key key) const {
+    const std::size_t at = find(key);
+    return at < keys_.size() && !keys_[at].second;
+  }
+  // True if the key was there.
+  bool take(Key key) {
+    const std::size_t at = find(key);
+    if (at == keys_.size() || keys_[at].second) return false;
+    keys_[at].second = true;
+    return true;
+  }
+
+ private:
+  std::size_t find(Key key) const {
+    const auto found = std::lower_bound(keys_.begin(), keys_.end(), std::pair(key, false));
+    if (found == keys_.end() || found->first != key) return keys_.size();
+    return static_cast<std::size_t>(found - keys_.begin());
+  }
+  std::vector<std::pair<Key, bool>> keys_;  // with "taken"
+};
+
+void take_out_group_items(std::vector<OutputItem>& items, const PlaylistRecord& playlist) {
+  KeySet groups, fades, rest;
+  for (const PlaylistEntry& entry : playlist.entries) {
+    if (entry.is_group) groups.add(key_of(entry));
+  }
+  groups.close();
+  if (groups.empty()) return;
+  for (const PlaylistEntry& entry : playlist.entries) {
+    if (!entry.is_group) (entry.fade ? fades : rest).add(key_of(entry));
+  }
+  fades.close();
+  rest.close();
+  std::erase_if(items, [&](const OutputItem& item) {
+    const Key key = key_of(item);
+    return groups.take(key) || (!rest.has(key) && fades.take(key));
+  });
+}
+
+// The entries of one playlist that stand for clips: one place per key, and per clip what is left to match.
+class ClipEntries {
+ public:
+  // What the entries of one key say together.
+  struct Place {
+    Key key = 0;
+    std::uint32_t left = 0;  // plain entries not matched yet
+    bool over_next = false, over_previous = false, locked = false;
+    std::int32_t color = kNoColor;
+  };
+
+  // Entries must be added in record order: of two colours for one key the last holds.
+  void add(const PlaylistEntry& entry) {
+    Place place{.key = key_of(entry)};
+    if (entry.plain) {
+      place.left = 1;
+      place.over_next = entry.kind == 1;
+      place.over_previous = entry.kind == 2;
+      place.locked = entry.locked;
+      place.color = entry.color;
+    }
+    places_.push_back(place);
+  }
+
+  void close() {
+    const auto by_key = [](const Place& a, const Place& b) { return a.key < b.key; };
+    if (!std::is_sorted(places_.begin(), places_.end(), by_key))
+      std::stable_sort(places_.begin(), places_.end(), by_key);
+    std::size_t kept = 0;
+    for (const Place& place : places_) {
+      if (kept > 0 && places_[kept - 1].key == place.key) {
+        Place& same = places_[kept - 1];
+        same.left += place.left;
+        same.over_next |= place.over_next;
+        same.over_previous |= place.over_previous;
+        same.locked |= place.locked;
+        if (place.color != kNoColor) same.color = place.color;
+      } else {
+        places_[kept++] = place;
+      }
+    }
+    places_.resize(kept);
+    for (const Place& place : places_) {
+      if (place.left == 0) continue;
+      if (clips_.empty() || clips_.back().index != index_of(place.key)) clips_.push_back({index_of(place.key), 0});
+      clips_.back().left += place.left;
+    }
+  }
+
+  // No plain entry at all.
+  bool empty() const { return clips_.empty(); }
+
+  const Place* find(Key key) const {
+    const auto place = first_from(key);
+    return place != places_.end() && place->key == key ? &*place : nullptr;
+  }
+
+  // Uses up an entry for the key: its own, or the nearest one of the same clip. False if there is none.
+  bool match(Key key) {
+    const auto own = first_from(key);
+    if (own != places_.end() && own->key == key && own->left > 0) return use(*own);
+    const std::int64_t position = position_of(key);
+    const std::int64_t lowest = std::max<std::int64_t>(position - kNearEntry, 0);
+    Place* nearest = nullptr;
+    for (auto place = first_from(key_of(index_of(key), static_cast<std::uint64_t>(lowest)));
+         place != places_.end() && index_of(place->key) == index_of(key) &&
+         position_of(place->key) <= position + kNearEntry;
+         ++place) {
+      if (place->left > 0 &&
+          (!nearest || std::abs(position_of(place->key) - position) < std::abs(position_of(nearest->key) - position)))
+        nearest = &*place;
+    }
+    return nearest && use(*nearest);
+  }
+
+  // Uses up an entry of the item's clip, wherever it stands. False if none is left.
+  bool match_clip(Key key) {
+    Clip* clip = find_clip(key);
+    if (!clip || clip->left == 0) return false;
+    --clip->left;
+    return true;
+  }
+
+ private:
+  struct Clip {
+    std::uint64_t index;
+    std::uint32_t left;
+  };
+
+  std::vector<Place>::iterator first_from(Key key) {
+    return std::lower_bound(places_.begin(), places_.end(), key,
+                            [](const Place& place, Key wanted) { return place.key < wanted; });
+  }
+  std::vector<Place>::const_iterator first_from(Key key) const {
+    return std::lower_bound(places_.begin(), places_.end(), key,
+                            [](const Place& place, Key wanted) { return place.key < wanted; });
+  }
+  Clip* find_clip(Key key) {
+    const auto clip = std::lower_bound(clips_.begin(), clips_.end(), index_of(key),
+                                       [](const Clip& c, std::uint64_t index) { return c.index < index; });
+    return clip != clips_.end() && clip->index == index_of(key) ? &*clip : nullptr;
+  }
+  bool use(Place& place) {
+    if (!match_clip(place.key)) return false;
+    --place.left;
+    return true;
+  }
+
+  std::vector<Place> places_;  // by key
+  std::vector<Clip> clips_;    // by index
+};
+
+enum class Fate : std::uint8_t { kUnmatched, kMatched, kFadeClip, kDeleted };
+
+class PlacementSorter {
+ public:
+  PlacementSorter(const PlaylistRecord& playlist, std::size_t fade_count, RunCounters& counters) {
+    for (const PlaylistEntry& entry : playlist.entries) {
+      if (entry.is_group) continue;
+      if (entry.fade && entry.clip_or_fade_index < fade_count) {
+        fades_.add(key_of(entry));
+        continue;
+      }
+      if (entry.plain && entry.color != kNoColor) ++counters.colored_placements;
+      clips_.add(entry);
+    }
+    fades_.close();
+    clips_.close();
+  }
+
+  void sort_out(TrackNode& track, bool keep_fade_clips, RunCounters& counters) {
+    if (clips_.empty()) return;
+    const std::vector<Fate> fates = decide(track.items, keep_fade_clips);
+    const auto number_of = [&](Fate fate) { return static_cast<int>(std::count(fates.begin(), fates.end(), fate)); };
+    const int fade_clips = number_of(Fate::kFadeClip), deleted = number_of(Fate::kDeleted);
+    if (static_cast<std::size_t>(fade_clips + deleted) == fates.size()) return;
+    counters.fade_clips_dropped += fade_clips;
+    counters.deleted_placements += deleted;
+
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < track.items.size(); ++i) {
+      OutputItem& item = track.items[i];
+      if (fates[i] == Fate::kFadeClip) continue;
+      if (fates[i] == Fate::kDeleted) {
+        track.alternates.push_back(std::move(item));
+        continue;
+      }
+      take_marks(item);
+      if (kept != i) track.items[kept] = std::move(item);
+      ++kept;
+    }
+    track.items.erase(track.items.begin() + static_cast<std::ptrdiff_t>(kept), track.items.end());
+  }
+
+ private:
+  std::vector<Fate> decide(const std::vector<OutputItem>& items, bool keep_fade_clips) {
+    std::vector<Fate> fates(items.size(), Fate::kUnmatched);
+    for (std::size_t i = 0; i < items.size(); ++i) {
+      const Key key = key_of(items[i]);
+      if (!keep_fade_clips && fades_.has(key)) {
+        // A fade and a clip can bear the same number at the same place: the clip's entries come first.
+        const ClipEntries::Place* clip = clips_.find(key);
+        if (!clip || clip->left == 0) {
+          fates[i] = Fate::kFadeClip;
+          continue;
+        }
+      }
+      if (clips_.match(key)) fates[i] = Fate::kMatched;
+    }
+    for (std::size_t i = 0; i < items.size(); ++i) {
+      if (fates[i] == Fate::kUnmatched && !clips_.match_clip(key_of(items[i]))) fates[i] = Fate::kDeleted;
+    }
+    return fates;
+  }
+
+  // By the item's own key, also where its entry stands beside it.
+  void take_marks(OutputItem& item) const {
+    const ClipEntries::Place* place = clips_.find(key_of(item));
+    if (!place) return;
+    item.over_next = place->over_next;
+    item.over_previous = place->over_previous;
+    item.locked = place->locked;
+    item.color = place->color;
+  }
+
+  KeySet fades_;
+  ClipEntries clips_;
+};
+
+}  // namespace
+
+void take_out_group_items(std::vector<TrackNode>& tracks, const std::vector<PlaylistRecord>& playlists) {
+  for (TrackNode& track : tracks) {
+    if (track.playlist >= 0) take_out_group_items(track.items, playlists[static_cast<std::size_t>(track.playlist)]);
+  }
+}
+
+void drop_deleted_placements(std::vector<TrackNode>& tracks, const std::vector<PlaylistRecord>& playlists,
+                             const std::vector<FadeRecord>& fades, const ConversionOptions& options,
+                             RunCounters& counters) {
+  for (TrackNode& track : tracks) {
+    if (track.playlist < 0) continue;
+    PlacementSorter sorter(playlists[static_cast<std::size_t>(track.playlist)], fades.size(), counters);
+    sorter.sort_out(track, options.keep_fade_clips, counters);
+  }
+}
+
+}  // namespace frt

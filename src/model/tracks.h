@@ -1,0 +1,97 @@
+// The tracks and items of the project to be, as the passes of the model make them.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "session/tables.h"
+
+namespace frt {
+
+// One placed audio clip, times in seconds.
+struct OutputItem {
+  std::uint32_t clip_index = 0;    // index of the clip (its number in the audio clip list)
+  std::uint64_t raw_position = 0;  // as stored: samples or biased ticks, low 32 bits
+  std::uint32_t raw_offset = 0;    // samples
+  std::uint64_t ordinal = 0;       // running number of this placement on its track
+  double position = 0, length = 0, source_offset = 0;
+  std::string_view clip_name;
+  std::string_view file_name;  // the audio file's base name
+  std::uint16_t file_index = 0;
+  std::string_view group_name;  // the clip group it came from
+  bool muted = false;
+  bool whole_file = false;
+  bool crossfaded = false;  // its end belongs to a crossfade
+  bool stretched = false;
+  bool over_next = false;      // drawn over the clip after it
+  bool over_previous = false;  // drawn over the clip before it
+  bool has_gain = false;
+  bool locked = false;
+  bool polarity = false;
+  double playrate = 1.0;
+  double fade_in = 0, fade_out = 0;
+  double fade_in_shape = 0, fade_out_shape = 0;  // 0, 1 or 5.1
+  double gain_db = 0;
+  double pitch_semitones = 0;
+  std::vector<std::pair<double, double>> warp;  // item time, source time
+  // Clip gain line: a view into the run's gain table; empty for none.
+  const std::vector<GainPoint>* gain_envelope = nullptr;
+  double pan_side = 0;      // -1 and 1 for the legs of a folded stereo pair
+  std::int32_t color = -2;  // palette index, -2 for none
+  std::uint32_t clip_color = 0;  // the clip's colour in REAPER's form, 0 for none
+  double sync_offset = 0;   // from the clip's start to its sync point
+  std::int32_t ara_index = -1;
+  double original_length = 0, original_offset = 0, original_position = 0;
+};
+
+// One per session track number that has a placement, before folding.
+struct TrackNode {
+  std::uint16_t track_index = 0;         // closed up
+  std::uint16_t stored_track_index = 0;  // as the session numbers it
+  std::string_view name;
+  bool ticks = false;   // tick-based, else sample-based
+  bool paired = false;  // bound to a playlist record
+  std::int64_t playlist = -1;  // index of the paired PlaylistRecord, -1 for none
+  // The name of the paired record, empty for none; where records go by number, a record without a name bears its
+  // track's.
+  std::string_view record_name;
+  std::vector<OutputItem> items;
+  std::vector<OutputItem> alternates;  // set aside: deleted placements and stacked takes
+};
+
+struct Lane {
+  std::string name;
+  std::vector<OutputItem> items;
+};
+
+struct OutputTrack {
+  std::string name;         // the text written as NAME
+  std::string pt_name;      // the name by which strips, lanes and routes are found; empty for alternates
+  std::string lane_parent;  // alternate playlist of a known owner: the owner's strip name
+  std::string alt_parent;   // "[alt takes]" track of such a playlist: the owner's strip name
+  std::string lane_name;    // a lane: the playlist's own name
+  std::vector<Lane> lanes;  // playlists that ride on this track as fixed lanes
+  double forced_pan = 0;    // -1 and 1 for a leg written alone
+  bool is_midi = false;
+  std::vector<OutputItem> items;  // by position
+  bool freeze_record = false;
+  std::string frozen_track;
+  bool inactive = false;
+  bool voice_off = false;
+  bool alt_takes = false;
+};
+
+// What folding knows of a track by name.
+struct TrackMaps {
+  ByName<int> timebase;       // 2 tick-based, 0 sample-based
+  ByName<int> width;          // folded legs
+  ByName<int> surround_legs;  // only surround folds
+  // Frozen track -> (audio file name, position in seconds) of its renders.
+  ByName<std::vector<std::pair<std::string, double>>> freeze_renders;
+};
+
+}  // namespace frt

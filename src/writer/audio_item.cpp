@@ -1,0 +1,169 @@
+#include "writer/audio_item.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace frt {
+namespace {
+
+constexpr std::size_t kPairsALine = 28;  // stretch markers
+constexpr double kEdge = 1e-9;           // seconds
+
+// Of a track with lanes: the height of one, and where this item's stands.
+struct LanePlace {
+  double top = 0;
+  double height = 0;  // 0 on a track without lanes
+};
+
+// Most numbers of an item are a plain 0 or 1; their text needs no conversion. A "-0" prints as such.
+bool is_plain_zero(double value) { return value == 0.0 && !std::signbit(value); }
+
+ProjectText& put_seconds(ProjectText& out, double value) {
+  return is_plain_zero(value) ? out.text("0.0000000000") : out.fixed(value, 10);
+}
+
+void write_stretch_markers(ProjectText& out, const std::vector<std::pair<double, double>>& markers) {
+  for (std::size_t k = 0; k < markers.size(); ++k) {
+    if (k % kPairsALine == 0) {
+      out.text(k == 0 ? "      SM " : "\n      SM ");
+    } else {
+      out.text(" + ");
+    }
+    out.fixed(markers[k].first, 10).text(" ").fixed(markers[k].second, 10);
+  }
+  out.text("\n");
+}
+
+// The points of a clip gain line that lie in the item, in seconds from its start and dB, with points on its edges
+// where the line crosses them.
+std::vector<std::pair<double, double>> gain_in_item(const OutputItem& item, double sample_rate) {
+  const std::vector<GainPoint>& line = *item.gain_envelope;
+  const auto time_of = [&](std::size_t i) {
+    return static_cast<double>(line[i].position) / sample_rate - item.source_offset;
+  };
+  const auto db_at = [&](std::size_t i, double time) {  // between the points i and i + 1
+    const double from = time_of(i), to = time_of(i + 1);
+    return line[i].db + (line[i + 1].db - line[i].db) * (time - from) / (to - from);
+  };
+  std::vector<std::pair<double, double>> inside;
+  for (std::size_t i = 0; i < line.size(); ++i) {
+    const double time = time_of(i);
+    if (time >= -kEdge && time <= item.length + kEdge) {
+      inside.emplace_back(std::max(0.0, std::min(time, item.length)), line[i].db);
+    } else if (time < 0.0) {
+      if (i + 1 < line.size() && time_of(i + 1) > 0.0) inside.emplace_back(0.0, db_at(i, 0.0));
+    } else if (i > 0 && time_of(i - 1) < item.length) {
+      inside.emplace_back(item.length, db_at(i - 1, item.length));
+    }
+  }
+  return inside;
+}
+
+void write_gain_envelope(ProjectText& out, const OutputItem& item, double sample_rate, RunCounters& counters) {
+  if (!item.gain_envelope || item.gain_envelope->size() < 2) return;
+  const auto points = gain_in_item(item, sample_rate);
+  if (points.size() < 2) return;
+  out.text(
+      "      <VOLENV\n        ACT 1 -1\n        VIS 1 1 1\n"
+      "        LANEHEIGHT 0 0\n        ARM 0\n"
+      "        DEFSHAPE 0 -1 -1\n        VOLTYPE 1\n");
+  for (const auto& [time, db] : points) {
+    out.text("        PT ").fixed(time, 10).text(" ").fixed(gain_of_db(db), 9).text(" 0\n");
+  }
+  out.text("      >\n");
+  ++counters.gain_envelopes;
+}
+
+// The plug-ins of a clip: a clip edited in Melodyne and a clip with Clip Effects bring a text each.
+void write_take_fx(ProjectText& out, std::string_view melodyne, std::string_view clip_effects) {
+  if (melodyne.empty() && clip_effects.empty()) return;
+  out.text("      <TAKEFX\n        SHOW 0\n        LASTSEL 0\n        DOCKED 0\n")
+      .text(melodyne)
+      .text(clip_effects)
+      .text("      >\n");
+}
+
+void write_item(ProjectText& out, const OutputItem& item, const LanePlace& lane, AudioItems& items,
+                RunCounters& counters) {
+  out.text("    <ITEM\n      POSITION ").fixed(item.position, 10).text("\n      SNAPOFFS ");
+  if (item.sync_offset > 0.0) ++counters.sync_point_clips;
+  if (item.sync_offset > 0.0 && item.sync_offset < item.length) {
+    out.general(item.sync_offset, 10);
+  } else {
+    out.text("0");
+  }
+  out.text("\n      LENGTH ").fixed(item.length, 10);
+  out.text("\n      LOOP 0\n      ALLTAKES 0\n      FADEIN ").general(item.fade_in_shape).text(" ");
+  put_seconds(out, item.fade_in).text(" 0 ").general(item.fade_in_shape).text(" 0 0 0\n      FADEOUT ");
+  out.general(item.fade_out_shape).text(" ");
+  put_seconds(out, item.fade_out).text(" 0 ").general(item.fade_out_shape).text(" 0 0 0\n");
+  out.text(item.muted ? "      MUTE 1 0\n" : "      MUTE 0 0\n");
+  if (item.locked) {
+    out.text("      LOCK 1\n");
+    ++counters.locked_clips;
+  }
+  out.text("      SOFFS ");
+  put_seconds(out, item.source_offset).text("\n");
+  if (item.clip_color != 0) {
+    if (items.options.no_clip_colors) {
+      ++counters.uncolored_by_option;
+    } else {
+      out.text("      COLOR ").integer(item.clip_color).text(" R\n");
+    }
+  }
+  if (lane.height > 0.0) {
+    out.text("      YPOS ").fixed(lane.top, 6).text(" ").fixed(lane.height, 6).text(" 2\n");
+  }
+  // Stretch markers carry the rate themselves.
+  const bool markers = item.warp.size() > 2;
+  out.text("      PLAYRATE ");
+  if (markers || item.playrate == 1.0) {
+    out.text("1.000000000 1 ");
+  } else {
+    out.fixed(item.playrate, 9).text(" 1 ");
+  }
+  if (is_plain_zero(item.pitch_semitones)) {
+    out.text("0.000000");
+  } else {
+    out.fixed(item.pitch_semitones, 6);
+  }
+  out.text(" -1 0 0.0025\n      CHANMODE 0\n      NAME ").quoted(item.clip_name).text("\n");
+  if (markers) write_stretch_markers(out, item.warp);
+  if (item.has_gain || item.pan_side != 0.0 || item.polarity) {
+    out.text("      VOLPAN ");
+    if (item.gain_db == 0.0) {
+      out.text("1.000000000 ");
+    } else {
+      out.fixed(gain_of_db(item.gain_db), 9).text(" ");
+    }
+    out.general(item.pan_side).text(item.polarity ? " -1 -1\n" : " 1 -1\n");
+  }
+  write_gain_envelope(out, item, items.sample_rate, counters);
+  // A clip edited in Melodyne names its GUID and its audio archive here, by its number `next_item`.
+  const MediaPath& media = resolve_media_path(items.media, item.file_name, item.file_index, counters);
+  if (!media.in_media_folder) ++counters.clips_in_sibling_folders;
+  out.text("      <SOURCE WAVE\n        FILE ").text(media.quoted).text("\n      >\n");
+  write_take_fx(out, {}, {});  // neither Melodyne clips nor Clip Effects are read yet
+  out.text("    >\n");
+  ++items.next_item;
+  ++counters.clips_written;
+}
+
+}  // namespace
+
+void write_audio_items(ProjectText& out, const OutputTrack& track, AudioItems& items, RunCounters& counters) {
+  const double height = track.lanes.empty() ? 0.0 : 1.0 / static_cast<double>(track.lanes.size() + 1);
+  LanePlace place{0.0, height};
+  for (const OutputItem& item : track.items) write_item(out, item, place, items, counters);
+  const auto lane_count = static_cast<double>(track.lanes.size() + 1);
+  for (std::size_t k = 0; k < track.lanes.size(); ++k) {
+    place.top = static_cast<double>(k + 1) / lane_count;
+    for (const OutputItem& item : track.lanes[k].items) write_item(out, item, place, items, counters);
+  }
+}
+
+}  // namespace frt

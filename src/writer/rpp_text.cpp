@@ -1,0 +1,149 @@
+#include "writer/rpp_text.h"
+
+#include <locale.h>
+
+#include <charconv>
+#include <clocale>
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+
+namespace frt {
+namespace {
+
+constexpr std::size_t kBufferSize = 256 * 1024;
+// What a number can take beside its fraction digits: the sign, 309 digits, the point, an exponent.
+constexpr std::size_t kNumberRoom = 336;
+
+// printf takes its decimal point from the locale; while this stands, the calling thread's is the "C" locale.
+// The program sets none itself, but a host that embeds it may have.
+class PlainNumbers {
+ public:
+  PlainNumbers() : before_(uselocale(plain())) {}
+  ~PlainNumbers() { uselocale(before_); }
+  PlainNumbers(const PlainNumbers&) = delete;
+  PlainNumbers& operator=(const PlainNumbers&) = delete;
+
+ private:
+  static locale_t plain() {
+    static const locale_t locale = newlocale(LC_ALL_MASK, "C", locale_t{});
+    return locale;
+  }
+  locale_t before_;
+};
+
+char delimiter_for(std::string_view text) {
+  for (const char c : {'"', '\'', '`'}) {
+    if (text.find(c) == text.npos) return c;
+  }
+  return '"';
+}
+
+// No byte of a session's text may end a line of the project or the project's text itself.
+char quoted_byte(char c, char delimiter) {
+  if (c == delimiter) return '_';
+  return c == '\r' || c == '\n' || c == '\t' || c == '\0' ? ' ' : c;
+}
+
+char* put_quoted(char* out, std::string_view text) {
+  const char delimiter = delimiter_for(text);
+  *out++ = delimiter;
+  for (const char c : text) *out++ = quoted_byte(c, delimiter);
+  *out++ = delimiter;
+  return out;
+}
+
+std::size_t digits_room(int digits) { return kNumberRoom + static_cast<std::size_t>(digits > 0 ? digits : 0); }
+
+}  // namespace
+
+std::string quote_rpp_string(std::string_view text) {
+  std::string out(text.size() + 2, '\0');
+  put_quoted(out.data(), text);
+  return out;
+}
+
+std::string make_guid(std::uint32_t seed) {
+  const std::uint32_t a = seed * 0x9E3779B1u + 0x9E3779B9u;
+  const std::uint32_t b = a * 0x85EBCA77u, c = a * 0x218A205Bu, d = a * 0x9C6B79B5u;
+  return format_text("{%08X-%04X-%04X-%04X-%04X%08X}", a, b >> 16, b & 0xFFFF, c >> 16, c & 0xFFFF, d);
+}
+
+double gain_of_db(double db) { return std::pow(10.0, db / 20.0); }
+
+ProjectText::ProjectText(TextTarget& target) : target_(target), buffer_(kBufferSize, '\0') {}
+
+ProjectText::~ProjectText() { flush(); }
+
+bool ProjectText::flush() {
+  if (used_ > 0 && good_) good_ = target_.write(buffer_.data(), used_);
+  used_ = 0;
+  return good_;
+}
+
+// A place for n bytes at the buffer's used end.
+char* ProjectText::room(std::size_t n) {
+  if (n > buffer_.size() - used_) {
+    flush();
+    if (n > buffer_.size()) buffer_.resize(n);
+  }
+  return buffer_.data() + used_;
+}
+
+void ProjectText::print(const char* format, ...) {
+  const PlainNumbers plain;
+  std::va_list values, again;
+  va_start(values, format);
+  va_copy(again, values);
+  const int n = std::vsnprintf(buffer_.data() + used_, buffer_.size() - used_, format, values);
+  if (n > 0) {
+    const auto length = static_cast<std::size_t>(n);
+    if (length >= buffer_.size() - used_) {  // cut: the text and its final zero byte did not fit
+      char* out = room(length + 1);
+      std::vsnprintf(out, length + 1, format, again);
+    }
+    used_ += length;
+  }
+  va_end(again);
+  va_end(values);
+}
+
+ProjectText& ProjectText::text(std::string_view piece) {
+  if (piece.size() > buffer_.size()) {
+    flush();
+    if (good_) good_ = target_.write(piece.data(), piece.size());
+    return *this;
+  }
+  if (!piece.empty()) std::memcpy(room(piece.size()), piece.data(), piece.size());
+  used_ += piece.size();
+  return *this;
+}
+
+ProjectText& ProjectText::fixed(double value, int digits) {
+  const std::size_t most = digits_room(digits);
+  char* out = room(most);
+  used_ += static_cast<std::size_t>(std::to_chars(out, out + most, value, std::chars_format::fixed, digits).ptr - out);
+  return *this;
+}
+
+ProjectText& ProjectText::general(double value, int digits) {
+  const std::size_t most = digits_room(digits);
+  char* out = room(most);
+  used_ +=
+      static_cast<std::size_t>(std::to_chars(out, out + most, value, std::chars_format::general, digits).ptr - out);
+  return *this;
+}
+
+ProjectText& ProjectText::integer(long long value) {
+  char* out = room(kNumberRoom);
+  used_ += static_cast<std::size_t>(std::to_chars(out, out + kNumberRoom, value).ptr - out);
+  return *this;
+}
+
+ProjectText& ProjectText::quoted(std::string_view value) {
+  char* out = room(value.size() + 2);
+  used_ += static_cast<std::size_t>(put_quoted(out, value) - out);
+  return *this;
+}
+
+}  // namespace frt

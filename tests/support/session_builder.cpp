@@ -1,0 +1,634 @@
+#include "support/session_builder.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <fstream>
+#include <map>
+#include <stdexcept>
+
+namespace frt::test {
+
+namespace {
+
+constexpr std::uint16_t kAudioRow = 0x261b, kAudioWrapper = 0x261c, kMasterRow = 0x261d, kAuxWrapper = 0x261e,
+                        kVcaRow = 0x261f, kMidiRow = 0x2620, kInstrumentRow = 0x2621, kVideoRow = 0x2623;
+constexpr std::uint32_t kIdMark = 42;  // stands before every 8-byte id
+
+enum IdKind : std::uint64_t { kTrackId = 1, kPlaylistId, kClipId, kOutputId };
+std::uint64_t id_of(IdKind kind, std::size_t number) { return 0xE1D2C3B400000000 | (kind << 24) | number; }
+
+BlockWriter& marked_id(BlockWriter& w, IdKind kind, std::size_t number) {
+  return w.u32(kIdMark).u64(id_of(kind, number));
+}
+
+std::string leg_suffix(unsigned leg, unsigned channels) {
+  static constexpr const char* kSurround[] = {"L", "C", "R", "Ls", "Rs", "LFE", "Lsr", "Rsr"};
+  if (channels < 2) return {};
+  if (channels == 2) return leg == 0 ? ".L" : ".R";
+  return std::string(".") + kSurround[leg % 8];
+}
+
+std::int32_t tenths(double db) { return static_cast<std::int32_t>(std::lround(db * 10)); }
+
+// The kinds of a fade record.
+constexpr std::uint8_t kCrossfade = 1, kFadeOut = 2, kFadeIn = 3;
+
+struct FadeKey {
+  std::uint8_t kind;
+  Fade fade;
+  auto operator<=>(const FadeKey&) const = default;
+};
+
+// A lane without points, at rest at `initial`.
+void write_lane(BlockWriter& w, int initial) {
+  w.u8(1).open(0x260a).bytes({1, 0x46, 1, 0, 20, 0, 0, 0, 0, 0, 1, 0, 0, 0, 2, 0});
+  w.u16(0).zeros(5).zeros(3).i16(initial).zeros(2).close();
+}
+
+}  // namespace
+
+// ---- what the session is made of ----
+
+Clip& Playlist::clip(const AudioFile& file) {
+  Clip& made = clips.emplace_back();
+  made.clip_name = file.stem;
+  made.file = file;
+  made.clip_length = file.samples;
+  return made;
+}
+
+Playlist& Playlist::crossfade(std::uint64_t cut, std::uint64_t length, std::uint64_t before, FadeShape shape) {
+  crossfades.push_back({cut, {length, before, shape}});
+  return *this;
+}
+
+Track& Track::crossfade(std::uint64_t cut, std::uint64_t length, std::uint64_t before, FadeShape shape) {
+  playlists.front().crossfade(cut, length, before, shape);
+  return *this;
+}
+
+Playlist& Track::playlist(std::string playlist_name) {
+  Playlist& made = playlists.emplace_back();
+  made.name = std::move(playlist_name);
+  return made;
+}
+
+MidiClip& Track::midi_clip(std::string clip_name, std::uint64_t start, std::uint64_t length, std::vector<Note> notes) {
+  return midi_clips.emplace_back(MidiClip{std::move(clip_name), start, length, std::move(notes)});
+}
+
+Track& SessionBuilder::add(TrackKind kind, std::string name, unsigned channels) {
+  Track& made = tracks_.emplace_back();
+  made.kind = kind;
+  made.channels = channels;
+  made.row_name = name;
+  if (kind == TrackKind::kAudio) made.playlist(name);
+  made.name = std::move(name);
+  return made;
+}
+
+SessionBuilder& SessionBuilder::tempo(double bpm) { return tempo_.front().bpm = bpm, *this; }
+SessionBuilder& SessionBuilder::tempo_event(std::uint64_t tick, double bpm) {
+  return tempo_.push_back({tick, bpm}), *this;
+}
+SessionBuilder& SessionBuilder::meter(std::uint64_t tick, std::uint32_t bar, std::uint32_t numerator,
+                                      std::uint32_t denominator) {
+  return meters_.push_back({tick, bar, numerator, denominator}), *this;
+}
+SessionBuilder& SessionBuilder::saved_by(std::string product, std::string version) {
+  product_ = std::move(product);
+  product_version_ = std::move(version);
+  return *this;
+}
+SessionBuilder& SessionBuilder::timecode(std::uint8_t code, std::uint32_t start_frames) {
+  timecode_ = code;
+  start_frames_ = start_frames;
+  return *this;
+}
+SessionBuilder& SessionBuilder::extended_timecode(std::uint32_t code, std::uint32_t start_frames) {
+  return extended_timecode_ = {code, start_frames}, *this;
+}
+SessionBuilder& SessionBuilder::recording(std::uint8_t bits, bool is_float, std::uint8_t file_type,
+                                          std::uint8_t pan_depth) {
+  bits_ = bits;
+  is_float_ = is_float;
+  file_type_ = file_type;
+  pan_depth_ = pan_depth;
+  return *this;
+}
+SessionBuilder& SessionBuilder::grid(unsigned bars, unsigned beats, unsigned ticks) {
+  has_grid_ = true;
+  grid_ = {bars, beats, ticks};
+  return *this;
+}
+SessionBuilder& SessionBuilder::payload(std::uint16_t content_type, std::vector<std::uint8_t> bytes) {
+  return payloads_.emplace_back(content_type, std::move(bytes)), *this;
+}
+
+AudioFile SessionBuilder::audio_file(const std::string& name, std::uint64_t samples, std::string folder) {
+  const auto number = static_cast<std::uint32_t>(files_.size());
+  files_.push_back({name, std::move(folder), samples});
+  return {name.substr(0, name.rfind('.')), number, number, samples};
+}
+
+AudioFile SessionBuilder::stereo_file(const std::string& stem, std::uint64_t samples, std::string folder) {
+  const AudioFile left = audio_file(stem + ".L.wav", samples, folder);
+  const AudioFile right = audio_file(stem + ".R.wav", samples, std::move(folder));
+  return {stem, left.first, right.first, samples};
+}
+
+Location& SessionBuilder::marker(std::string name, std::uint64_t at) {
+  return locations_.emplace_back(Location{std::move(name), at, at});
+}
+Location& SessionBuilder::region(std::string name, std::uint64_t start, std::uint64_t end) {
+  return locations_.emplace_back(Location{std::move(name), start, end, 2});
+}
+
+void SessionBuilder::save(const std::string& path) const {
+  const std::vector<std::uint8_t> bytes = file_bytes();
+  std::ofstream file(path, std::ios::binary);
+  file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+  if (!file.flush()) throw std::runtime_error("cannot write " + path);
+}
+
+// ---- numbers: what the session refers to by index ----
+
+struct SessionBuilder::Tables {
+  struct Leg {  // one entry of the clip list: one channel of a clip
+    const Clip* clip;
+    unsigned leg, channels;
+    std::uint32_t gain;  // entry of the gain table, all ones for none
+  };
+  struct List {  // one playlist
+    std::size_t track;
+    const Playlist* playlist;
+    std::size_t first_leg, first_channel;
+  };
+  std::vector<Leg> legs;
+  std::vector<const Clip*> gains;
+  std::vector<FadeKey> fades;
+  std::map<FadeKey, std::uint32_t> fade_numbers;  // equal fades share a record
+  std::vector<List> lists;
+  std::vector<std::size_t> first_list;  // by track
+  std::size_t channels = 0;
+
+  void add_fade(std::uint8_t kind, const Fade& fade) {
+    if (fade.length == 0) return;
+    const FadeKey key{kind, fade};
+    if (fade_numbers.emplace(key, static_cast<std::uint32_t>(fades.size())).second) fades.push_back(key);
+  }
+};
+
+SessionBuilder::Tables SessionBuilder::number() const {
+  Tables tables;
+  for (std::size_t t = 0; t < tracks_.size(); ++t) {
+    const Track& track = tracks_[t];
+    tables.first_list.push_back(tables.lists.size());
+    for (const Playlist& playlist : track.playlists) {
+      tables.lists.push_back({t, &playlist, tables.legs.size(), tables.channels});
+      tables.channels += track.channels;
+      for (const Clip& clip : playlist.clips) {
+        std::uint32_t gain = UINT32_MAX;
+        if (!clip.gain.empty()) {
+          gain = static_cast<std::uint32_t>(tables.gains.size());
+          tables.gains.push_back(&clip);
+        }
+        for (unsigned leg = 0; leg < track.channels; ++leg) tables.legs.push_back({&clip, leg, track.channels, gain});
+        tables.add_fade(kFadeIn, clip.fade_in_);
+        tables.add_fade(kFadeOut, clip.fade_out_);
+      }
+      for (const auto& [cut, fade] : playlist.crossfades) tables.add_fade(kCrossfade, fade);
+    }
+  }
+  tables.first_list.push_back(tables.lists.size());
+  return tables;
+}
+
+std::uint64_t SessionBuilder::end_of(const Clip& clip, bool in_ticks) const {
+  if (!in_ticks) return clip.start + clip.clip_length;
+  const double seconds = static_cast<double>(clip.clip_length) / rate_;
+  return clip.start + static_cast<std::uint64_t>(std::llround(seconds * tempo_.front().bpm / 60 * double{kQuarter}));
+}
+
+// ---- the file from top to bottom, in the order real sessions keep ----
+
+std::vector<std::uint8_t> SessionBuilder::image() const {
+  const Tables tables = number();
+  BlockWriter w;
+  std::size_t payload = 0;
+  for (const auto& [type, bytes] : payloads_) payload += bytes.size() + 16;
+  for (const Track& track : tracks_) payload += track.plugin_state_.size() + 2048;
+  w.reserve(payload + tables.legs.size() * 320 + 8192);
+
+  session_head(w, 5, key_);
+  w.open(0x0000).zeros(2).close();
+  write_head(w);
+  write_track_table(w);
+  write_settings(w);
+  write_files(w);
+  write_timecode(w);
+  write_gain(w, tables);
+  write_clips(w, tables);
+  write_fades(w, tables);
+  write_placements(w, tables);
+  write_track_list(w, tables);
+  write_midi(w);
+  write_tempo_and_meter(w);
+  write_rows(w, tables);
+  for (const auto& [type, bytes] : payloads_) w.leaf(type, bytes);
+  write_grid(w);
+  write_locations(w);
+  write_saved_by(w);
+  return w.take();
+}
+
+// The file's version, and in some sessions who saved it.
+void SessionBuilder::write_head(BlockWriter& w) const {
+  w.open(0x2067, 11).u32(0);
+  marked_id(w, kOutputId, 1).u16(0x100).u32(static_cast<std::uint32_t>(version_ - 2));
+  if (!layout.saved_by_at_end) w.text(product_).u32(0).text(product_version_);
+  w.zeros(16).close();
+}
+
+// Every track by name, in a plain run and as blocks; the blocks stand twice.
+void SessionBuilder::write_track_table(BlockWriter& w) const {
+  // By TrackKind.
+  static constexpr std::uint16_t kTypes[] = {0, 2, 5, 6, 1, 7, 8};
+  const auto count = static_cast<std::uint32_t>(tracks_.size());
+  w.open(0x2519, 7).u32(1).zeros(6).u32(1).u16(3).u32(count);
+  for (std::size_t t = 0; t < tracks_.size(); ++t) {
+    w.u16(kTypes[static_cast<int>(tracks_[t].kind)]).text(tracks_[t].name).u8(tracks_[t].channels - 1).zeros(5);
+    marked_id(w, kTrackId, t).u8(static_cast<unsigned>(t + 1) & 255).zeros(2);
+  }
+  for (int twice = 0; twice < 2; ++twice) {
+    for (std::size_t t = 0; t < tracks_.size(); ++t) {
+      const Track& track = tracks_[t];
+      const unsigned width = track.channels - 1;
+      BlockWriter rest;
+      rest.u8(width).zeros(5);
+      marked_id(rest, kTrackId, t).u8(static_cast<unsigned>(t + 1) & 255).zeros(9);
+      marked_id(rest, kTrackId, t).u8(width).u8(0);
+      rest.open(0x4420).zeros(2).close();
+      rest.u8(0).zeros(8).u16(layout.row_entry_end);
+      std::vector<std::uint8_t> tail = rest.take();
+      tail.resize(layout.row_entry - 8);
+      w.open(0x251a, 7).u16(kTypes[static_cast<int>(track.kind)]).text(track.name).bytes(tail).close();
+    }
+  }
+  w.close();
+}
+
+void SessionBuilder::write_settings(BlockWriter& w) const {
+  w.open(0x1028, 10).u8(file_type_).u8(24).u32(rate_).zeros(5).u8(1);
+  if (layout.settings_paths) {
+    w.u32(2).text("Disk").text("Last Used.pio").zeros(6);
+  } else {
+    w.u32(UINT32_MAX).zeros(93);
+  }
+  w.u8(pan_depth_).u8(is_float_).u8(1).u8(bits_).zeros(4).u8(1).close();
+}
+
+void SessionBuilder::write_files(BlockWriter& w) const {
+  std::vector<std::string> folders;
+  for (const FileEntry& file : files_) {
+    if (std::find(folders.begin(), folders.end(), file.folder) == folders.end()) folders.push_back(file.folder);
+  }
+  const auto entries = static_cast<std::uint32_t>(files_.size() + folders.size());
+  const auto kind_byte = [&](unsigned kind) { return layout.file_kinds ? kind : 0x40U; };
+  w.open(0x1004, 2).u32(static_cast<std::uint32_t>(files_.size()));
+  w.open(0x103a).u32(entries + 1);
+  std::uint32_t number = 0;
+  for (const std::string& folder : folders) {
+    const std::uint32_t parent = number++;
+    w.u8(kind_byte(1)).u32(entries).text(folder).u32(0);
+    for (const FileEntry& file : files_) {
+      if (file.folder != folder) continue;
+      w.u8(kind_byte(2)).u32(parent).text(file.name).raw(file.name.ends_with(".aif") ? "FFIA" : "EVAW");
+      ++number;
+    }
+  }
+  w.u8(kind_byte(0)).u32(UINT32_MAX).text("Disk").u32(0).close();
+  std::uint32_t file_number = 0;
+  for (const FileEntry& file : files_) {
+    w.open(0x1003, 7).u32(++file_number);
+    w.open(0x1001, 2).u32(rate_).u8(1).u8(bits_).u64(file.samples).zeros(10).close().zeros(8).close();
+  }
+  w.close();
+}
+
+void SessionBuilder::write_timecode(BlockWriter& w) const {
+  w.open(0x204d, 5).u8(timecode_).zeros(8).u32(start_frames_).zeros(4).u32(1).u32(1);
+  if (layout.extended_timecode) {
+    const bool given = !extended_timecode_.empty();
+    w.text("00:00:00:00").u32(given ? extended_timecode_[0] : timecode_);
+    w.u32(given ? extended_timecode_[1] : start_frames_);
+  }
+  w.close();
+}
+
+void SessionBuilder::write_gain(BlockWriter& w, const Tables& tables) const {
+  w.open(0x2637).u32(static_cast<std::uint32_t>(tables.gains.size()));
+  for (const Clip* clip : tables.gains) {
+    const auto points = static_cast<std::uint32_t>(clip->gain.size());
+    w.bytes({1, 0x46, 1, 0}).u32(14 + 8 * points).u16(0).u32(points).u32(4).u32(0);
+    for (const auto& [position, db] : clip->gain) w.u32(position).f32(static_cast<float>(db));
+  }
+  w.close();
+}
+
+// The clip list: a clip of a stereo track stands as two entries, one a channel.
+void SessionBuilder::write_clips(BlockWriter& w, const Tables& tables) const {
+  const bool old = layout.old_clip_list;
+  const bool frozen = std::any_of(tables.lists.begin(), tables.lists.end(),
+                                  [](const Tables::List& list) { return list.playlist->name == "?"; });
+  const auto write_list = [&](std::uint16_t type, bool filled) {
+    w.open(type, 1).u32(static_cast<std::uint32_t>(filled ? tables.legs.size() : 0));
+    for (std::size_t i = 0; filled && i < tables.legs.size(); ++i) {
+      const auto& [clip, leg, channels, gain] = tables.legs[i];
+      w.open(old ? 0x1008 : 0x2629, 5).open(old ? 0x1007 : 0x2628, 2);
+      w.text(clip->clip_name + leg_suffix(leg, channels));
+      w.three_point(clip->source_offset, clip->clip_length, layout.old_placements ? clip->start : 0, clip->sync_point);
+      w.bytes({0xfe, 0xff, 0, 0, 0, 0, 0xff, 0xff, 4, 0, 4, 0}).zeros(9);
+      marked_id(w, kClipId, i).u32(gain).close();
+      w.u32(leg == 0 ? clip->file.first : clip->file.second).f32(1).f32(1).zeros(12).close();
+    }
+    w.close();
+  };
+  write_list(0x2632, frozen);
+  write_list(old ? 0x100b : 0x262a, true);
+}
+
+void SessionBuilder::write_fades(BlockWriter& w, const Tables& tables) const {
+  w.open(0x2630).u32(static_cast<std::uint32_t>(tables.fades.size()));
+  for (const auto& [kind, fade] : tables.fades) {
+    const unsigned a = std::min(BlockWriter::width_of(fade.before), 4U),
+                   b = std::min(BlockWriter::width_of(fade.length), 4U);
+    const unsigned s_curve = fade.shape == FadeShape::kSCurve;
+    w.open(0x262f, 2).zeros(5).u8((b << 4) | a).zeros(2).number(fade.before, a).number(fade.length, b);
+    w.u8(kind).u8(fade.shape == FadeShape::kEqualPower).zeros(4).u8(s_curve).zeros(2).u8(s_curve).zeros(4).close();
+  }
+  w.close();
+  w.leaf(0x262e, {0, 0, 0, 0});
+}
+
+void SessionBuilder::write_placements(BlockWriter& w, const Tables& tables) const {
+  struct Entry {
+    std::uint64_t position;
+    std::uint32_t index;
+    const Clip* clip;  // null for a fade
+  };
+  const bool old = layout.old_placements;
+  w.open(old ? 0x1012 : 0x1054).u32(static_cast<std::uint32_t>(tables.channels));
+  std::vector<Entry> entries;
+  for (const Tables::List& list : tables.lists) {
+    const Track& track = tracks_[list.track];
+    const std::uint64_t bias = track.in_ticks ? kTickOrigin : 0;
+    for (unsigned leg = 0; leg < track.channels; ++leg) {
+      if (old) {
+        w.open(0x1011).open(0x100f);
+        for (std::size_t i = 0; i < list.playlist->clips.size(); ++i) {
+          w.open(0x100e).u16(0).u16(static_cast<unsigned>(list.first_leg + i * track.channels + leg)).u32(0).close();
+        }
+        w.close().close();
+        continue;
+      }
+      entries.clear();
+      const auto fade = [&](std::uint64_t at, std::uint8_t kind, const Fade& value) {
+        if (value.length > 0) entries.push_back({at, tables.fade_numbers.at({kind, value}), nullptr});
+      };
+      std::size_t number = list.first_leg + leg;
+      for (const Clip& clip : list.playlist->clips) {
+        fade(clip.start, kFadeIn, clip.fade_in_);
+        entries.push_back({clip.start + clip.sync_point, static_cast<std::uint32_t>(number), &clip});
+        fade(end_of(clip, track.in_ticks), kFadeOut, clip.fade_out_);
+        number += track.channels;
+      }
+      for (const auto& [cut, value] : list.playlist->crossfades) fade(cut, kCrossfade, value);
+      std::stable_sort(entries.begin(), entries.end(),
+                       [](const Entry& a, const Entry& b) { return a.position < b.position; });
+
+      w.open(0x1052, 3).text(layout.playlist_names ? list.playlist->name : "");
+      w.u32(static_cast<std::uint32_t>(entries.size()));
+      for (const Entry& entry : entries) {
+        const Clip* clip = entry.clip;
+        w.open(0x1050, 2).open(0x104f, 10);
+        w.u8(clip != nullptr && clip->is_muted).u8(clip != nullptr && clip->time_lock).u32(entry.index).u8(0);
+        w.u40(entry.position + bias).zeros(3).u8(clip != nullptr ? clip->entry_kind : 1);
+        w.i16(clip != nullptr ? clip->palette_color : -2).zeros(4).fill(8, 0xff);
+        w.u8(clip != nullptr && clip->edit_lock).zeros(4).close();
+        w.u8(clip == nullptr || clip->is_deleted).u8(1).close();  // 0: a clip that plays
+      }
+      w.u8(track.in_ticks ? 2 : 1).u8(0).close();
+    }
+  }
+  w.close();
+}
+
+void SessionBuilder::write_track_list(BlockWriter& w, const Tables& tables) const {
+  w.open(0x1015).u32(static_cast<std::uint32_t>(tables.lists.size()));
+  for (std::size_t i = 0; i < tables.lists.size(); ++i) {
+    const unsigned channels = tracks_[tables.lists[i].track].channels;
+    w.open(0x1014, 6).text(tables.lists[i].playlist->name).u8(channels - 1).u32(channels);
+    for (unsigned leg = 0; leg < channels; ++leg) w.u16(static_cast<unsigned>(tables.lists[i].first_channel + leg));
+    w.zeros(4);
+    marked_id(w, kPlaylistId, i).zeros(7).close();
+  }
+  w.close();
+}
+
+void SessionBuilder::write_midi(BlockWriter& w) const {
+  std::vector<const MidiClip*> clips;
+  for (const Track& track : tracks_) {
+    for (const MidiClip& clip : track.midi_clips) clips.push_back(&clip);
+  }
+  const auto count = static_cast<std::uint32_t>(clips.size());
+  w.open(0x2000).u32(count);
+  for (const MidiClip* clip : clips) {
+    w.raw("MdNLB").u16(3).u32(static_cast<std::uint32_t>(clip->notes.size() * 35 + 4));
+    w.u32(static_cast<std::uint32_t>(clip->notes.size()));
+    for (const Note& note : clip->notes) {
+      w.u40(note.position).zeros(3).u8(note.note).u40(note.length).zeros(3).u8(note.velocity).u8(64).zeros(16);
+    }
+    w.zeros(35);  // the end of the notes is looked for that far ahead
+  }
+  w.close();
+  w.open(0x2634).u32(count);
+  for (std::uint32_t i = 0; i < count; ++i) {
+    w.open(0x2633).open(0x2628, 2).text(clips[i]->name).three_point(0, clips[i]->length, 0).zeros(38).u32(UINT32_MAX);
+    w.close().u32(i).close();
+  }
+  w.close();
+  w.open(0x1058).u32(0);
+  std::uint32_t number = 0;
+  for (const Track& track : tracks_) {
+    if (track.kind != TrackKind::kMidi && track.kind != TrackKind::kInstrument) continue;
+    w.open(0x1057, 3).text(track.name).u32(static_cast<std::uint32_t>(track.midi_clips.size()));
+    for (const MidiClip& clip : track.midi_clips) {
+      w.open(0x1056).open(0x104f, 10).u8(clip.is_muted).u8(0).u32(number++).u8(0).u40(clip.start + kTickOrigin);
+      w.zeros(3).u8(3).i16(-2).zeros(4).fill(8, 0xff).zeros(5).close().close();
+    }
+    w.close();
+  }
+  w.close();
+}
+
+void SessionBuilder::write_tempo_and_meter(BlockWriter& w) const {
+  const auto events = static_cast<std::uint32_t>(tempo_.size());
+  w.open(0x2028, 3).raw("Tempo").u16(2).u32(4 + 61 * events).u32(events).u32(0);
+  double seconds = static_cast<double>(song_start_) / rate_;
+  for (std::size_t i = 0; i < tempo_.size(); ++i) {
+    if (i > 0) {
+      const auto ticks = static_cast<double>(tempo_[i].tick - tempo_[i - 1].tick);
+      seconds += ticks * 60 / (tempo_[i - 1].bpm * double{kQuarter});
+    }
+    w.raw("Const").u16(1).u32(46).raw("TMS").u16(1).u32(20).u8(i > 0 || !layout.tempo_signature).u8(1);
+    w.u64(static_cast<std::uint64_t>(std::llround(seconds * rate_))).u64(tempo_[i].tick + kTickOrigin);
+    w.u8(0).u8(1).f64(tempo_[i].bpm).u64(kQuarter).u8(1).zeros(4);
+  }
+  w.zeros(5).f64(rate_).close();
+
+  const auto meters = static_cast<std::uint32_t>(meters_.size());
+  w.open(0x2029).raw("Meter").u16(2).u32(4 + 36 * meters).u32(meters);
+  for (const Meter& meter : meters_) {
+    w.u64(meter.tick + kTickOrigin).u32(meter.bar).u32(meter.numerator).u32(meter.denominator).zeros(16);
+  }
+  w.zeros(8).close();
+}
+
+void SessionBuilder::write_rows(BlockWriter& w, const Tables& tables) const {
+  w.open(0x2624).u32(static_cast<std::uint32_t>(tracks_.size()));
+  for (std::size_t t = 0; t < tracks_.size(); ++t) write_row(w, tables, t);
+  w.close();
+}
+
+// One strip: its name with solo and automation behind it, its inserts, its level record with the lanes, and what the
+// edit window knows of it.
+void SessionBuilder::write_row(BlockWriter& w, const Tables& tables, std::size_t index) const {
+  const Track& track = tracks_[index];
+
+  const auto name_block = [&] {
+    w.open(0x2619, 9).text(track.row_name).zeros(7);
+    marked_id(w, kTrackId, index).zeros(4).close();
+  };
+  const auto strip = [&](bool has_levels) {
+    w.open(0x102d, 2);
+    name_block();
+    w.u8(track.is_soloed).u8(static_cast<unsigned>(track.automation)).zeros(3).u8(1).close();
+    w.u8(std::min(track.channels - 1, 2U)).fill(2, 0xff).u8(!track.is_inactive);
+    w.open(0x2627).u16(track.plugin_state_.empty() ? 0 : 1);
+    if (!track.plugin_state_.empty()) {
+      w.open(0x2616).open(0x2615).open(0x2613, 6).u16(1).leaf(0x1038, track.plugin_state_).close().close().close();
+    }
+    w.close();
+    if (!has_levels) return;
+    w.open(0x260d, 5).open(0x1029, 13).u8(1).i32(tenths(track.fader)).u32(track.is_muted).u32(0);
+    w.i32(track.left_pan).zeros(24).i32(track.right_pan).zeros(234).close().u16(1);
+    w.open(0x260e, 4).u16(1).u8(1).u8(1).zeros(4);
+    marked_id(w, kOutputId, 2).zeros(16).text("Output 1-2").u8(1).u8(1).fill(8, 0xff).close();
+    write_lane(w, tenths(track.fader));
+    write_lane(w, track.is_muted);
+    for (unsigned side = 0; side < 2; ++side) {
+      w.open(0x260c, 2);
+      if (side == 0 || track.channels > 1) write_lane(w, side == 0 ? track.left_pan : track.right_pan);
+      w.zeros(13).close();
+    }
+    write_lane(w, 0);
+    w.close();
+  };
+  // Who belongs to it, in the edit window: visibility, height, comment, place.
+  const auto track_data = [&](std::uint16_t holder) {
+    w.open(holder, 9).open(0x200a, 10).open(0x2015, 18);
+    w.open(0x2038).open(0x2037).close().u8(0).close();
+    w.u8(0).u8(!track.is_hidden).zeros(4).u16(static_cast<unsigned>(track.row_height)).text(track.comment_text);
+    w.f64(0.5).u8(1).open(0x2104).open(0x2103).close().zeros(12).close().zeros(12);
+    w.open(0x2434).u32(4).zeros(5).close().u32(static_cast<std::uint32_t>(index + 1)).zeros(8).close();
+    w.u8(track.is_solo_safe).zeros(32).close().zeros(32).close();
+  };
+
+  switch (track.kind) {
+    case TrackKind::kAudio: {
+      w.open(kAudioWrapper, 3).open(kAudioRow, 8);
+      strip(true);
+      w.close();
+      // Which playlists are this strip's. The renders of a frozen track are nobody's.
+      std::vector<std::size_t> own;
+      for (std::size_t i = tables.first_list[index]; i < tables.first_list[index + 1]; ++i) {
+        if (tables.lists[i].playlist->name != "?") own.push_back(i);
+      }
+      if (layout.playlist_ordinals) {
+        w.u32(static_cast<std::uint32_t>(own.front())).u16(static_cast<unsigned>(own.size()));
+        for (const std::size_t i : own) w.u32(static_cast<std::uint32_t>(i));
+      } else {
+        w.u32(0).u16(0xffff);
+        for (const std::size_t i : own) marked_id(w, kPlaylistId, i);
+      }
+      w.u16(track.voice_off ? 0 : 0xffff);
+      track_data(0x200b);
+      w.close();
+      break;
+    }
+    case TrackKind::kAux:
+      w.open(kAuxWrapper, 3).open(kAudioRow, 11);
+      strip(true);
+      w.close();
+      track_data(0x200d);
+      w.close();
+      break;
+    case TrackKind::kMaster:
+      w.open(kMasterRow).open(kAudioRow, 9);
+      strip(true);
+      w.close();
+      track_data(0x200c);
+      w.close();
+      break;
+    case TrackKind::kVca:
+      w.open(kVcaRow);
+      strip(false);
+      track_data(0x200d);
+      w.close();
+      break;
+    case TrackKind::kMidi:
+    case TrackKind::kInstrument:
+      w.open(track.kind == TrackKind::kMidi ? kMidiRow : kInstrumentRow, 9);
+      strip(track.kind == TrackKind::kInstrument);
+      track_data(0x2010);
+      w.open(0x2611).open(0x2036, 4).u32(100).u32(track.is_muted).u32(64).u32(0).u8(0x80).zeros(17).close();
+      write_lane(w, track.is_muted);
+      w.close().close();
+      break;
+    case TrackKind::kVideo:
+      w.open(kVideoRow);
+      name_block();
+      track_data(0x200e);
+      w.close();
+      break;
+  }
+}
+
+void SessionBuilder::write_grid(BlockWriter& w) const {
+  if (!has_grid_) return;
+  char text[40];
+  std::snprintf(text, sizeof text, "%4u|%2u| %03u", grid_[0], grid_[1], grid_[2]);
+  w.open(0x2066, 2).u32(2).u32(5).text("   0| 1| 000").text("  0:00.500").u32(5).text(text).text("  0:01.000").u32(2);
+  w.close();
+}
+
+void SessionBuilder::write_locations(BlockWriter& w) const {
+  w.open(0x2030, 5).u32(static_cast<std::uint32_t>(locations_.size()));
+  unsigned number = 0;
+  for (const Location& location : locations_) {
+    const std::uint64_t bias = location.in_samples ? 0 : kTickOrigin;
+    w.open(0x2077, 15).u16(++number).u8(location.in_samples ? 3 : 1).u8(location.kind).u16(0).text(location.name);
+    w.u64(location.start + bias).u64(location.end + bias).zeros(110).i16(location.palette).zeros(4).close();
+  }
+  w.close();
+}
+
+void SessionBuilder::write_saved_by(BlockWriter& w) const {
+  if (!layout.saved_by_at_end || product_.empty()) return;
+  w.open(0x0003, 4).u8(0).text(product_).u32(3).u32(0).u32(6).u32(0).text(product_version_);
+  w.u8(1).text("Release").text("Pro Tools Session File").zeros(8).close();
+}
+
+}  // namespace frt::test

@@ -1,0 +1,256 @@
+// Makes session files for tests, benches and the example. It reads like a session:
+//
+//   SessionBuilder s;
+//   s.rate(48000).tempo(120);
+//   auto gtr = s.stereo_file("Gtr", 96000);
+//   auto& t = s.stereo_track("Gtr").fader_db(-3.5).height(60).comment("take 2");
+//   t.clip(gtr).at(48000).length(96000).fade_in(480).gain_db(-2);
+//   s.marker("Chorus", 48000);
+//   s.save("Song.ptx");
+//
+// Positions and lengths are samples, on tick-based tracks positions and fades are ticks (1/960000 of a quarter note).
+// What a session lays out differently from year to year is chosen in `layout`.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "support/block_writer.h"
+
+namespace frt::test {
+
+inline constexpr std::uint64_t kQuarter = 960000;  // ticks
+
+// One or two audio files of the session, by their numbers in its file list. A file that holds several channels
+// stands under one number, a split-mono pair under two.
+struct AudioFile {
+  std::string stem;  // name without extension and leg
+  std::uint32_t first = 0, second = 0;
+  std::uint64_t samples = 0;
+};
+
+enum class FadeShape { kLinear, kEqualPower, kSCurve };
+
+struct Fade {
+  std::uint64_t length = 0, before = 0;
+  FadeShape shape = FadeShape::kLinear;
+  auto operator<=>(const Fade&) const = default;
+};
+
+struct Clip {
+  std::string clip_name;
+  AudioFile file;
+  std::uint64_t start = 0, source_offset = 0, clip_length = 0, sync_point = 0;
+  Fade fade_in_, fade_out_;
+  std::vector<std::pair<std::uint32_t, double>> gain;  // source sample, dB
+  int palette_color = -2;
+  unsigned entry_kind = 3;
+  bool is_muted = false, is_deleted = false, edit_lock = false, time_lock = false;
+
+  Clip& name(std::string value) { return clip_name = std::move(value), *this; }
+  Clip& at(std::uint64_t position) { return start = position, *this; }
+  Clip& length(std::uint64_t samples) { return clip_length = samples, *this; }
+  Clip& offset(std::uint64_t samples) { return source_offset = samples, *this; }
+  Clip& sync(std::uint64_t samples) { return sync_point = samples, *this; }
+  Clip& fade_in(std::uint64_t length, FadeShape shape = {}) { return fade_in_ = {length, 0, shape}, *this; }
+  Clip& fade_out(std::uint64_t length, FadeShape shape = {}) { return fade_out_ = {length, length, shape}, *this; }
+  Clip& gain_db(double db) { return gain = {{0, db}}, *this; }
+  Clip& gain_line(std::vector<std::pair<std::uint32_t, double>> points) { return gain = std::move(points), *this; }
+  Clip& color(int palette_index) { return palette_color = palette_index, *this; }
+  Clip& muted() { return is_muted = true, *this; }
+  Clip& locked() { return edit_lock = true, *this; }
+  Clip& time_locked() { return time_lock = true, *this; }
+  Clip& over_next() { return entry_kind = 1, *this; }
+  Clip& over_previous() { return entry_kind = 2, *this; }
+  // Still in the playlist's list, no longer on the track.
+  Clip& deleted() { return is_deleted = true, *this; }
+};
+
+struct Playlist {
+  std::string name;
+  std::deque<Clip> clips;
+  std::vector<std::pair<std::uint64_t, Fade>> crossfades;  // position of the cut
+
+  // A clip over the whole file until told otherwise.
+  Clip& clip(const AudioFile& file);
+  // Between the clip that ends at `cut` and the one that begins there: `length` in all, `before` of it ahead.
+  Playlist& crossfade(std::uint64_t cut, std::uint64_t length, std::uint64_t before, FadeShape shape = {});
+};
+
+struct Note {
+  std::uint64_t position = 0, length = 0;  // ticks from the clip's start
+  std::uint8_t note = 60, velocity = 100;
+};
+
+struct MidiClip {
+  std::string name;
+  std::uint64_t start = 0, length = 0;  // ticks
+  std::vector<Note> notes;
+  bool is_muted = false;
+};
+
+enum class TrackKind { kAudio, kAux, kMaster, kVca, kMidi, kInstrument, kVideo };
+
+struct Track {
+  TrackKind kind = TrackKind::kAudio;
+  std::string name;
+  std::string row_name;  // what the strip's own name block says; a renamed track keeps its old name there
+  unsigned channels = 1;
+  double fader = 0;  // dB
+  int left_pan = 0, right_pan = 0;
+  bool is_muted = false, is_soloed = false, is_solo_safe = false, is_hidden = false, is_inactive = false;
+  bool voice_off = false, in_ticks = false;
+  int row_height = 92, automation = 1;
+  std::string comment_text;
+  std::vector<std::uint8_t> plugin_state_;
+  std::deque<Playlist> playlists;  // the first is the one that plays
+  std::deque<MidiClip> midi_clips;
+
+  Track& fader_db(double db) { return fader = db, *this; }
+  Track& pan(int left, int right = 0) { return left_pan = left, right_pan = right, *this; }
+  Track& mute() { return is_muted = true, *this; }
+  Track& solo() { return is_soloed = true, *this; }
+  Track& solo_safe() { return is_solo_safe = true, *this; }
+  Track& hide() { return is_hidden = true, *this; }
+  Track& deactivate() { return is_inactive = true, *this; }
+  Track& turn_voice_off() { return voice_off = true, *this; }
+  Track& tick_based() { return in_ticks = true, *this; }
+  Track& height(int pixels) { return row_height = pixels, *this; }
+  Track& automation_mode(int mode) { return automation = mode, *this; }
+  Track& comment(std::string text) { return comment_text = std::move(text), *this; }
+  Track& renamed_from(std::string old) { return row_name = std::move(old), *this; }
+  // Bytes of a plug-in's state, opaque; they make a session as heavy as real ones are.
+  Track& plugin_state(std::vector<std::uint8_t> bytes) { return plugin_state_ = std::move(bytes), *this; }
+
+  Clip& clip(const AudioFile& file) { return playlists.front().clip(file); }
+  Track& crossfade(std::uint64_t cut, std::uint64_t length, std::uint64_t before, FadeShape shape = {});
+  // An alternate playlist. One named "?" is what Pro Tools keeps of a frozen track's render.
+  Playlist& playlist(std::string playlist_name);
+  MidiClip& midi_clip(std::string clip_name, std::uint64_t start, std::uint64_t length, std::vector<Note> notes);
+};
+
+struct Location {
+  std::string name;
+  std::uint64_t start = 0, end = 0;
+  std::uint8_t kind = 1;  // 0 no time property, 1 marker, 2 selection
+  bool in_samples = true;
+  int palette = -2;
+  Location& color(int palette_index) { return palette = palette_index, *this; }
+  Location& ticks() { return in_samples = false, *this; }
+};
+
+// What differs between sessions of different years. The defaults make the common layout of recent ones.
+struct Layout {
+  bool playlist_names = true;     // else the playlists of the track list have none, and go by their number
+  bool playlist_ordinals = true;  // a strip lists its playlists by number, else by id
+  bool old_clip_list = false;     // the older codes of the clip list and its entries
+  bool old_placements = false;    // the older placement lists, in which a clip bears its own position
+  bool file_kinds = true;         // the file list says what is a file and what a folder
+  bool settings_paths = true;     // the session settings hold a list of path names
+  bool tempo_signature = true;    // the first tempo record bears the fixed bytes
+  bool extended_timecode = true;  // the timecode block holds the second, longer record
+  bool saved_by_at_end = true;    // who saved it stands in a block of its own, else in the first block
+  unsigned row_entry = 62;        // size of a track table entry beside its name: 72, 65, 63, 62, 61 or 31
+  unsigned row_entry_end = 51;    // the word at the end of an entry of 72: a track colour, or 0 for inactive
+};
+
+class SessionBuilder {
+ public:
+  Layout layout;
+
+  SessionBuilder& rate(std::uint32_t hz) { return rate_ = hz, *this; }
+  SessionBuilder& tempo(double bpm);
+  SessionBuilder& tempo_event(std::uint64_t tick, double bpm);
+  // The moment in samples at which the first tempo event stands.
+  SessionBuilder& song_start(std::uint64_t samples) { return song_start_ = samples, *this; }
+  SessionBuilder& meter(std::uint64_t tick, std::uint32_t bar, std::uint32_t numerator, std::uint32_t denominator);
+  SessionBuilder& saved_by(std::string product, std::string version);
+  SessionBuilder& version(std::uint8_t value) { return version_ = value, *this; }
+  SessionBuilder& timecode(std::uint8_t code, std::uint32_t start_frames);
+  SessionBuilder& extended_timecode(std::uint32_t code, std::uint32_t start_frames);
+  SessionBuilder& recording(std::uint8_t bits, bool is_float, std::uint8_t file_type, std::uint8_t pan_depth);
+  SessionBuilder& grid(unsigned bars, unsigned beats, unsigned ticks);
+  SessionBuilder& key(std::uint8_t encryption_key) { return key_ = encryption_key, *this; }
+  // A root block of opaque bytes, for what the converter has no reader for.
+  SessionBuilder& payload(std::uint16_t content_type, std::vector<std::uint8_t> bytes);
+
+  // An audio file by its full name; its clips are named after it.
+  AudioFile audio_file(const std::string& name, std::uint64_t samples, std::string folder = "Audio Files");
+  // The two files of a split-mono stereo recording: "stem.L.wav" and "stem.R.wav".
+  AudioFile stereo_file(const std::string& stem, std::uint64_t samples, std::string folder = "Audio Files");
+
+  Track& track(std::string name, unsigned channels = 1) { return add(TrackKind::kAudio, std::move(name), channels); }
+  Track& stereo_track(std::string name) { return track(std::move(name), 2).pan(-100, 100); }
+  Track& aux(std::string name, unsigned channels = 2) { return add(TrackKind::kAux, std::move(name), channels); }
+  Track& master(std::string name) { return add(TrackKind::kMaster, std::move(name), 2).pan(-100, 100); }
+  Track& vca(std::string name) { return add(TrackKind::kVca, std::move(name), 1); }
+  Track& video(std::string name) { return add(TrackKind::kVideo, std::move(name), 1); }
+  Track& midi_track(std::string name) { return add(TrackKind::kMidi, std::move(name), 1); }
+  Track& instrument(std::string name) { return add(TrackKind::kInstrument, std::move(name), 2).pan(-100, 100); }
+
+  Location& marker(std::string name, std::uint64_t at);
+  Location& region(std::string name, std::uint64_t start, std::uint64_t end);
+
+  std::vector<std::uint8_t> image() const;                                   // decrypted
+  std::vector<std::uint8_t> file_bytes() const { return encrypt(image()); }  // as on disc
+  void save(const std::string& path) const;
+
+ private:
+  struct FileEntry {
+    std::string name, folder;
+    std::uint64_t samples;
+  };
+  struct TempoRecord {
+    std::uint64_t tick;
+    double bpm;
+  };
+  struct Meter {
+    std::uint64_t tick;
+    std::uint32_t bar, numerator, denominator;
+  };
+  struct Tables;  // clips, fades, gain and playlists as the session numbers them
+
+  Track& add(TrackKind kind, std::string name, unsigned channels);
+  Tables number() const;
+  std::uint64_t end_of(const Clip& clip, bool in_ticks) const;
+  void write_head(BlockWriter& w) const;
+  void write_track_table(BlockWriter& w) const;
+  void write_settings(BlockWriter& w) const;
+  void write_files(BlockWriter& w) const;
+  void write_timecode(BlockWriter& w) const;
+  void write_gain(BlockWriter& w, const Tables& tables) const;
+  void write_clips(BlockWriter& w, const Tables& tables) const;
+  void write_fades(BlockWriter& w, const Tables& tables) const;
+  void write_placements(BlockWriter& w, const Tables& tables) const;
+  void write_track_list(BlockWriter& w, const Tables& tables) const;
+  void write_midi(BlockWriter& w) const;
+  void write_tempo_and_meter(BlockWriter& w) const;
+  void write_rows(BlockWriter& w, const Tables& tables) const;
+  void write_row(BlockWriter& w, const Tables& tables, std::size_t index) const;
+  void write_grid(BlockWriter& w) const;
+  void write_locations(BlockWriter& w) const;
+  void write_saved_by(BlockWriter& w) const;
+
+  std::uint32_t rate_ = 48000;
+  std::uint8_t version_ = 12, key_ = 0x51;
+  std::string product_ = "Pro Tools", product_version_ = "2022.12.0";
+  std::uint64_t song_start_ = 0;
+  std::vector<TempoRecord> tempo_{{0, 120.0}};
+  std::vector<Meter> meters_;
+  std::uint8_t timecode_ = 7;
+  std::uint32_t start_frames_ = 0;
+  std::vector<std::uint32_t> extended_timecode_;
+  std::uint8_t bits_ = 24, file_type_ = 3, pan_depth_ = 2;
+  bool is_float_ = false, has_grid_ = false;
+  std::array<unsigned, 3> grid_{};
+  std::vector<FileEntry> files_;
+  std::deque<Track> tracks_;
+  std::deque<Location> locations_;
+  std::vector<std::pair<std::uint16_t, std::vector<std::uint8_t>>> payloads_;
+};
+
+}  // namespace frt::test

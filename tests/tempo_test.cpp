@@ -1,0 +1,353 @@
+// The session's tempo: the fixed tempo, the tempo map, the song start, and the conversion from ticks to seconds.
+#include "model/tempo.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "session/tempo_blocks.h"
+#include "support/block_writer.h"
+
+namespace frt {
+namespace {
+
+using test::BlockWriter;
+
+constexpr double kQuarter = 960000;
+constexpr double kRate = 48000;
+
+struct Image {
+  explicit Image(const std::vector<std::uint8_t>& blocks, std::size_t behind = 32) : bytes(test::image_of(blocks)) {
+    bytes.resize(bytes.size() + behind);
+    session = SessionImage(ByteView(bytes.data(), bytes.size()));
+  }
+  std::vector<std::uint8_t> bytes;
+  SessionImage session;
+};
+
+void signed_tempo(BlockWriter& w, double bpm) {
+  w.bytes({0x14, 0, 0, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0, 0}).u8(0);
+  w.bytes({0x10, 0xa5, 0xd4, 0xe8, 0, 0, 0, 0, 1}).f64(bpm);
+}
+
+struct Stored {
+  double tick;
+  double bpm;
+  std::int64_t samples = 0;
+};
+
+// One record: 8 bytes of samples, then the values, padded to 61.
+void record(BlockWriter& w, const Stored& stored) {
+  w.u64(static_cast<std::uint64_t>(stored.samples));
+  w.u40(static_cast<std::uint64_t>(static_cast<std::int64_t>(test::kTickOrigin) +
+                                   static_cast<std::int64_t>(stored.tick)));
+  w.zeros(5).f64(stored.bpm);
+}
+
+void tempo_block(BlockWriter& w, const std::vector<Stored>& records, std::string_view tag = "Tempo",
+                 std::size_t behind_last = 13) {
+  w.open(0x2028, 3).raw(tag).zeros(50 - 9 - tag.size());
+  for (std::size_t i = 0; i < records.size(); ++i) {
+    if (i > 0) w.zeros(61 - 26);
+    record(w, records[i]);
+  }
+  w.zeros(behind_last).close();
+}
+
+TempoMap map_of(const std::vector<std::vector<Stored>>& blocks, double override_bpm = 0) {
+  BlockWriter w;
+  for (const auto& records : blocks) tempo_block(w, records);
+  const Image image(w.take());
+  return read_tempo(image.session, kRate, override_bpm);
+}
+
+std::string dump(const TempoMap& map) {
+  std::string out;
+  char line[64];
+  for (const TempoEvent& event : map.events) {
+    std::snprintf(line, sizeof line, "%g@%g ", event.bpm, event.tick);
+    out += line;
+  }
+  return out;
+}
+
+// The conversion told as a walk over the events, for comparison to the last bit.
+double walk(const TempoMap& map, double t) {
+  if (map.events.empty()) return t * 60 / (map.session_tempo * kQuarter);
+  if (t < map.events[0].tick) return t * 60 / (map.events[0].bpm * kQuarter);
+  double seconds = 0;
+  for (std::size_t i = 0; i < map.events.size(); ++i) {
+    if (!(t > map.events[i].tick)) break;
+    const double next = i + 1 < map.events.size() ? map.events[i + 1].tick : 1e18;
+    const double end = t < next ? t : next;
+    seconds += (end - map.events[i].tick) * 60 / (map.events[i].bpm * kQuarter);
+  }
+  return seconds;
+}
+
+TEST(FixedTempo, TheFirstSignedTempoInRangeIsTaken) {
+  constexpr double kNotANumber = std::numeric_limits<double>::quiet_NaN();
+  const struct {
+    std::vector<double> tempos;
+    double expected;
+  } cases[] = {
+      {{}, 77},
+      {{98.5}, 98.5},
+      {{98.5, 130}, 98.5},
+      {{20, 130}, 130},       // 20 itself is out
+      {{400, 399.5}, 399.5},  // and 400
+      {{kNotANumber, 60}, 60},
+      {{-90, 1e300}, 77},
+  };
+  for (const auto& one : cases) {
+    BlockWriter w;
+    w.zeros(7);
+    for (const double tempo : one.tempos) signed_tempo(w, tempo);
+    const auto bytes = w.take();
+    EXPECT_EQ(find_tempo(ByteView(bytes.data(), bytes.size()), 77), one.expected) << one.tempos.size();
+  }
+}
+
+TEST(FixedTempo, NoCutReadsBehindTheEnd) {
+  BlockWriter w;
+  signed_tempo(w, 90);
+  const auto whole = w.take();
+  for (std::size_t n = 0; n <= whole.size(); ++n) {
+    const std::vector<std::uint8_t> cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(n));
+    EXPECT_EQ(find_tempo(ByteView(cut.data(), n), 120), n == whole.size() ? 90 : 120) << n;
+  }
+}
+
+TEST(FixedTempo, EveryByteOfTheSignatureCounts) {
+  BlockWriter w;
+  signed_tempo(w, 90);
+  const auto whole = w.take();
+  for (std::size_t i = 0; i < 24; ++i) {
+    auto damaged = whole;
+    damaged[i] ^= 0x40;
+    EXPECT_EQ(find_tempo(ByteView(damaged.data(), damaged.size()), 120), 120) << i;
+  }
+}
+
+TEST(TempoMapBlocks, TheLongestRunWinsAndTheFirstOfEqualOnes) {
+  const std::vector<Stored> three = {{0, 100}, {10, 101}, {20, 102}};
+  const std::vector<Stored> other_three = {{0, 200}, {10, 201}, {20, 202}};
+  const std::vector<Stored> five = {{0, 50}, {1, 51}, {2, 52}, {2, 53}, {9, 54}};
+  const std::string as_five = "50@0 51@1 52@2 53@2 54@9 ";
+  EXPECT_EQ(dump(map_of({three, five})), as_five);
+  EXPECT_EQ(dump(map_of({five, three})), as_five);
+  EXPECT_EQ(dump(map_of({three, other_three})), "100@0 101@10 102@20 ");
+}
+
+TEST(TempoMapBlocks, ARecordThatIsNoTempoEndsTheRun) {
+  const Stored good{0, 100}, next{10, 110}, far{30, 130};
+  const struct {
+    const char* what;
+    Stored bad;
+  } cases[] = {
+      {"5 BPM is too slow", {20, 5}},
+      {"500 BPM is too fast", {20, 500}},
+      {"not a number", {20, std::numeric_limits<double>::quiet_NaN()}},
+      {"a tick before the one before", {9, 120}},
+      {"a position below the bias", {-1, 120}},
+  };
+  for (const auto& one : cases) {
+    EXPECT_EQ(dump(map_of({{good, next, one.bad, far}})), "100@0 110@10 ") << one.what;
+  }
+}
+
+TEST(TempoMapBlocks, OneTempoIsNoMapButTellsTheTempo) {
+  const TempoMap map = map_of({{{0, 141.3}}});
+  EXPECT_TRUE(map.events.empty());
+  EXPECT_EQ(map.session_tempo, 141.3);
+}
+
+TEST(TempoMapBlocks, OtherTagsAreNoTempo) {
+  BlockWriter w;
+  tempo_block(w, {{0, 100}, {5, 101}}, "Tempi");
+  const Image image(w.take());
+  const TempoMap map = read_tempo(image.session, kRate, 0);
+  EXPECT_TRUE(map.events.empty());
+  EXPECT_EQ(map.session_tempo, 120);
+}
+
+TEST(TempoMapBlocks, ARecordMustEndInsideItsBlock) {
+  BlockWriter w;
+  // The block ends with the second record's BPM; what stands behind it would go on.
+  w.open(0x2028, 3).raw("Tempo").zeros(36);
+  record(w, {0, 100});
+  w.zeros(35);
+  record(w, {1, 101});
+  w.close().zeros(35);
+  record(w, {2, 102});
+  auto blocks = w.take();
+  EXPECT_EQ(dump(read_tempo(Image(blocks).session, kRate, 0)), "100@0 101@1 ");
+  // One byte less, and the second is cut.
+  const std::uint32_t size = static_cast<std::uint32_t>(blocks[3] | blocks[4] << 8) - 1;
+  blocks[3] = static_cast<std::uint8_t>(size);
+  blocks[4] = static_cast<std::uint8_t>(size >> 8);
+  EXPECT_EQ(dump(read_tempo(Image(blocks).session, kRate, 0)), "");
+}
+
+TEST(TempoMapBlocks, TheSessionTempoComesFromTheSignatureFirst) {
+  BlockWriter w;
+  signed_tempo(w, 90);
+  tempo_block(w, {{0, 100}, {5, 101}});
+  const Image image(w.take());
+  EXPECT_EQ(read_tempo(image.session, kRate, 0).session_tempo, 90);
+  EXPECT_EQ(map_of({{{0, 100}, {5, 101}}}).session_tempo, 100);
+}
+
+TEST(TempoMapBlocks, AnOverrideReplacesTheTempoAndLeavesTheMap) {
+  const std::vector<Stored> two = {{0, 100}, {kQuarter, 200}};
+  const TempoMap map = map_of({two}, 60);
+  EXPECT_EQ(map.session_tempo, 60);
+  EXPECT_EQ(dump(map), "100@0 200@960000 ");
+  EXPECT_EQ(map.seconds_of_ticks(kQuarter), 0.6);
+  // No tempo at all: ignored.
+  for (const double odd :
+       {-1.0, 0.0, std::numeric_limits<double>::infinity(), std::numeric_limits<double>::quiet_NaN()})
+    EXPECT_EQ(map_of({two}, odd).session_tempo, 100) << odd;
+}
+
+// Blocks whose headers stand inside the records of the block before: read one by one they would cost the square
+// of their number.
+TEST(TempoMapBlocks, NestedBlocksCostNoMoreThanTheirBytes) {
+  constexpr std::size_t kBlocks = 200000;
+  std::vector<std::uint8_t> bytes(200 + kBlocks * 61);
+  const std::uint64_t position = test::kTickOrigin + (std::uint64_t{0x5A} << 24);  // its high bytes are free
+  for (std::size_t i = 0; i < kBlocks; ++i) {
+    std::uint8_t* at = bytes.data() + 58 + i * 61;
+    // The BPM's bytes are a block's content type and the tag's text: about 249.
+    const std::uint8_t one[18] = {static_cast<std::uint8_t>(position),
+                                  0,
+                                  0,
+                                  0x5A,
+                                  0xE9,
+                                  0,
+                                  0,
+                                  0,
+                                  0,
+                                  0,
+                                  0x28,
+                                  0x20,
+                                  'T',
+                                  'e',
+                                  'm',
+                                  'p',
+                                  'o',
+                                  0x40};
+    std::memcpy(at, one, sizeof one);
+    const auto left = static_cast<std::uint32_t>(bytes.size() - (58 + i * 61 + 3) - 7);
+    std::memcpy(at + 6, &left, 4);
+  }
+  // The block that holds them all.
+  bytes[0] = 'Z';
+  const auto size = static_cast<std::uint32_t>(bytes.size() - 7);
+  std::memcpy(bytes.data() + 3, &size, 4);
+  std::memcpy(bytes.data() + 7, "\x28\x20Tempo", 7);
+  const SessionImage image(ByteView(bytes.data(), bytes.size()));
+  ASSERT_GT(image.of_type(0x2028).size(), kBlocks / 2);
+  EXPECT_EQ(read_tempo(image, kRate, 0).events.size(), kBlocks);
+}
+
+TEST(TempoMapBlocks, EveryCutOfASessionIsRead) {
+  BlockWriter w;
+  signed_tempo(w, 90);
+  tempo_block(w, {{0, 100, 48000}, {5, 101}, {9, 102}});
+  const auto whole = test::image_of(w.take());
+  for (std::size_t n = 0; n < whole.size(); ++n) {
+    const std::vector<std::uint8_t> cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(n));
+    EXPECT_TRUE(read_tempo(SessionImage(ByteView(cut.data(), n)), kRate, 0).events.empty()) << n;
+  }
+}
+
+TEST(TicksToSeconds, WithoutAMapByTheSessionTempo) {
+  TempoMap map;
+  map.session_tempo = 90;
+  EXPECT_EQ(map.seconds_of_ticks(0), 0);
+  EXPECT_EQ(map.seconds_of_ticks(kQuarter), 60.0 * kQuarter / (90 * kQuarter));
+}
+
+TEST(TicksToSeconds, ATickOnAnEntryAddsNothingForIt) {
+  TempoMap map;
+  map.events = {{0, 60}, {kQuarter, 120}, {kQuarter, 30}, {3 * kQuarter, 240}};
+  const struct {
+    double tick, seconds;
+  } cases[] = {{0, 0}, {kQuarter / 2, 0.5}, {kQuarter, 1}, {2 * kQuarter, 3}, {3 * kQuarter, 5}, {4 * kQuarter, 5.25}};
+  for (const auto& one : cases) EXPECT_EQ(map.seconds_of_ticks(one.tick), one.seconds) << one.tick;
+}
+
+TEST(TicksToSeconds, BeforeTheFirstEntryTimeCountsFromZero) {
+  TempoMap map;
+  map.events = {{4 * kQuarter, 60}, {8 * kQuarter, 120}};
+  EXPECT_EQ(map.seconds_of_ticks(2 * kQuarter), 2);
+  EXPECT_EQ(map.seconds_of_ticks(4 * kQuarter), 0);  // and jumps back at it
+  EXPECT_EQ(map.seconds_of_ticks(8 * kQuarter), 4);
+}
+
+TEST(TicksToSeconds, TheIndexGivesTheSameBitsAsTheWalk) {
+  std::mt19937_64 random(7);
+  for (int round = 0; round < 200; ++round) {
+    TempoMap map;
+    double tick = static_cast<double>(random() % 3 * 1000);
+    for (std::uint64_t n = random() % 40 + 2; n > 0; --n) {
+      map.events.push_back({tick, 5.5 + static_cast<double>(random() % 4940000) / 10000});
+      tick += random() % 4 == 0 ? 0 : static_cast<double>(random() % 5000000);
+    }
+    TempoMap indexed = map;
+    indexed.index_events();
+    for (int i = 0; i < 50; ++i) {
+      const double t =
+          i < 20 ? map.events[random() % map.events.size()].tick : static_cast<double>(random() % 200000000);
+      const double expected = walk(map, t);
+      EXPECT_EQ(map.seconds_of_ticks(t), expected);
+      EXPECT_EQ(indexed.seconds_of_ticks(t), expected);
+    }
+  }
+}
+
+TEST(SongStart, EveryConversionCountsFromIt) {
+  const TempoMap map = map_of({{{kQuarter, 60, 2 * 48000}, {3 * kQuarter, 120}}});
+  ASSERT_TRUE(map.has_song_start());
+  EXPECT_EQ(map.seconds_of_ticks(kQuarter), 2);
+  EXPECT_EQ(map.seconds_of_ticks(2 * kQuarter), 3);
+  EXPECT_EQ(map.seconds_of_ticks(4 * kQuarter), 4.5);
+  EXPECT_EQ(map.seconds_of_ticks(0), 1);  // back at the first tempo, not forth from zero
+  EXPECT_EQ(map.seconds_of_ticks(-2 * kQuarter), -1);
+  EXPECT_EQ(map.timeline_seconds(-2 * kQuarter), 0);
+}
+
+TEST(SongStart, WithoutAMapItCountsFromTheDroppedRecord) {
+  const TempoMap map = map_of({{{kQuarter, 60, 48000}}});
+  EXPECT_EQ(map.seconds_of_ticks(kQuarter), 1);
+  EXPECT_EQ(map.seconds_of_ticks(3 * kQuarter), 3);
+}
+
+TEST(SongStart, OnlyAPlausibleMomentCounts) {
+  for (const std::int64_t samples : {std::int64_t{0}, std::int64_t{-5}, std::int64_t{1} << 40, INT64_MAX, INT64_MIN}) {
+    const TempoMap map = map_of({{{0, 60, samples}, {kQuarter, 120}}});
+    EXPECT_FALSE(map.has_song_start()) << samples;
+    EXPECT_EQ(map.seconds_of_ticks(kQuarter), 1);
+  }
+  EXPECT_TRUE(map_of({{{0, 60, (std::int64_t{1} << 40) - 1}}}).has_song_start());
+  // The first record's moment counts, no later one's.
+  EXPECT_FALSE(map_of({{{0, 60, 0}, {kQuarter, 120, 48000}}}).has_song_start());
+}
+
+TEST(BiasedPositions, TheBiasComesOffTheLow32Bits) {
+  const struct {
+    std::uint32_t raw;
+    double ticks;
+  } cases[] = {
+      {3567587328u, 0}, {3567587329u, 1}, {0xFFFFFFFFu, 727379967}, {0, 727379968}, {3567587327u, 4294967295.0}};
+  for (const auto& one : cases) EXPECT_EQ(biased_to_ticks(one.raw), one.ticks) << one.raw;
+}
+
+}  // namespace
+}  // namespace frt
