@@ -13,6 +13,7 @@
 #include "model/deleted_placements.h"
 #include "model/fades.h"
 #include "model/item_order.h"
+#include "model/placed_clips.h"
 #include "model/timebase.h"
 #include "support/block_writer.h"
 
@@ -29,12 +30,12 @@ OutputItem item_at(double position, double length, double source_offset = 0.0) {
   return item;
 }
 
-// An item as the deleted-placement passes see it.
-OutputItem placed(std::uint32_t clip, std::uint64_t raw_position) {
-  OutputItem item;
-  item.clip_index = clip;
-  item.raw_position = raw_position;
-  return item;
+// A placement of a clip, by its stored position.
+PlacedClip placed(std::uint16_t clip, std::uint32_t raw_position) {
+  PlacedClip placed;
+  placed.clip_index = clip;
+  placed.raw_position = raw_position;
+  return placed;
 }
 
 PlaylistEntry plain(std::uint32_t clip, std::uint64_t position, std::uint8_t kind = 3) {
@@ -75,34 +76,28 @@ PlaylistRecord playlist_of(std::vector<PlaylistEntry> entries, std::string_view 
   return record;
 }
 
-TrackNode track_of(std::vector<OutputItem> items, std::string_view name = "A") {
-  TrackNode track;
-  track.name = name;
-  track.playlist = 0;
-  track.items = std::move(items);
-  return track;
-}
-
-std::string marks_of(const std::vector<OutputItem>& items) {
+// "clip@position clip@position "
+std::string text_of(const std::vector<PlacedClip>& clips) {
   std::string text;
-  for (const OutputItem& item : items)
-    text += std::to_string(item.clip_index) + "@" + std::to_string(item.raw_position) + " ";
+  for (const PlacedClip& clip : clips)
+    text += std::to_string(clip.clip_index) + "@" + std::to_string(clip.raw_position) + " ";
   return text;
 }
 
 // ---- pairing and timebase ----
 
 struct PairingCase {
-  std::vector<TrackNode> tracks;
+  std::vector<PlacedTrack> tracks;
   std::vector<PlaylistRecord> playlists;
   std::vector<TrackPlaylist> track_playlists;
   RunCounters counters;
 
-  TrackNode& track(std::string_view name, std::size_t items, std::uint64_t raw_position = 0) {
-    TrackNode node = track_of(std::vector<OutputItem>(items, placed(0, raw_position)), name);
-    node.playlist = -1;
-    node.track_index = node.stored_track_index = static_cast<std::uint16_t>(tracks.size());
-    return tracks.emplace_back(std::move(node));
+  TrackNode& track(std::string_view name, std::size_t clips, std::uint32_t raw_position = 0) {
+    PlacedTrack& track = tracks.emplace_back();
+    track.clips.assign(clips, placed(0, raw_position));
+    track.node.name = name;
+    track.node.track_index = track.node.stored_track_index = static_cast<std::uint16_t>(tracks.size() - 1);
+    return track.node;
   }
   PlaylistRecord& playlist(std::string_view name, std::size_t count, bool ticks = false) {
     PlaylistRecord record = playlist_of(std::vector<PlaylistEntry>(count, plain(0, 0)), name, ticks);
@@ -114,8 +109,8 @@ struct PairingCase {
   std::string run(std::size_t channel_count = 0) {
     take_records(tracks, playlists, pair_tracks(tracks, playlists, track_playlists, channel_count), counters);
     std::string text;
-    for (const TrackNode& track : tracks)
-      text += std::to_string(track.playlist) + ":" + std::string(track.name) + (track.ticks ? "/t " : "/s ");
+    for (const auto& [node, clips, deleted] : tracks)
+      text += std::to_string(node.playlist) + ":" + std::string(node.name) + (node.ticks ? "/t " : "/s ");
     return text;
   }
 };
@@ -166,7 +161,7 @@ TEST(Pairing, AnEmptyNameRenamesNothingAndDoesNotDecide) {
   c.playlist("Other", 4, false);
   EXPECT_EQ(c.run(), "0:Gtr/s ");
   EXPECT_EQ(c.counters.timebase_judged, 1);
-  EXPECT_TRUE(c.tracks[0].record_name.empty());
+  EXPECT_TRUE(c.tracks[0].node.record_name.empty());
 }
 
 TEST(Pairing, ByNumberWhereAPlaylistHasNoName) {
@@ -178,7 +173,7 @@ TEST(Pairing, ByNumberWhereAPlaylistHasNoName) {
   c.playlist("Neighbour", 1);
   c.playlist("Keys.02", 9);
   EXPECT_EQ(c.run(4), "1:Bass/t 3:Keys.02/s ");
-  EXPECT_EQ(c.tracks[0].record_name, "Bass") << "a record without a name bears its track's";
+  EXPECT_EQ(c.tracks[0].node.record_name, "Bass") << "a record without a name bears its track's";
   EXPECT_EQ(c.counters.timebase_judged + c.counters.timebase_read_that_way, 0);
 
   PairingCase other;
@@ -203,11 +198,11 @@ TEST(Timebase, Decision) {
   struct Row {
     const char* what;
     std::vector<bool> records;  // timebases, in ticks
-    std::vector<std::uint64_t> raw_positions;
+    std::vector<std::uint32_t> raw_positions;
     bool ticks;
     int read_that_way, judged;
   };
-  const std::uint64_t large = 1000000001, not_large = 1000000000;
+  const std::uint32_t large = 1000000001, not_large = 1000000000;
   const Row rows[] = {
       {"all samples", {false, false}, {large, large}, false, 1, 0},
       {"all ticks", {true, true}, {0, 0}, true, 1, 0},
@@ -219,11 +214,11 @@ TEST(Timebase, Decision) {
   };
   for (const Row& row : rows) {
     PairingCase c;
-    c.track("x", 0).items.clear();
-    for (const std::uint64_t raw : row.raw_positions) c.tracks[0].items.push_back(placed(0, raw));
+    c.track("x", 0);
+    for (const std::uint32_t raw : row.raw_positions) c.tracks[0].clips.push_back(placed(0, raw));
     for (const bool ticks : row.records) c.playlist("P", 50, ticks);
     c.run();
-    EXPECT_EQ(c.tracks[0].ticks, row.ticks) << row.what;
+    EXPECT_EQ(c.tracks[0].node.ticks, row.ticks) << row.what;
     EXPECT_EQ(c.counters.timebase_read_that_way, row.read_that_way) << row.what;
     EXPECT_EQ(c.counters.timebase_judged, row.judged) << row.what;
     EXPECT_EQ(c.counters.timebase_records_exist, !row.records.empty()) << row.what;
@@ -235,18 +230,20 @@ TEST(Timebase, Decision) {
 
 struct DeletedCase {
   std::vector<PlaylistEntry> entries = {};
-  std::vector<OutputItem> items = {};
+  std::vector<PlacedClip> clips = {};
   std::vector<FadeRecord> fades = {};
   ConversionOptions options = {};
   RunCounters counters = {};
-  std::vector<TrackNode> tracks = {};
+  std::vector<PlacedTrack> tracks = {};
 
   std::string run() {
-    tracks.assign(1, track_of(items));
+    tracks.assign(1, {});
+    tracks[0].node.playlist = 0;
+    tracks[0].clips = clips;
     const std::vector<PlaylistRecord> playlists = {playlist_of(entries)};
-    take_out_group_items(tracks, playlists);
-    drop_deleted_placements(tracks, playlists, fades, options, counters);
-    return marks_of(tracks[0].items) + "| " + marks_of(tracks[0].alternates);
+    take_out_group_placements(tracks, playlists);
+    set_deleted_placements_aside(tracks, playlists, fades, options, counters);
+    return text_of(tracks[0].clips) + "| " + text_of(tracks[0].deleted);
   }
 };
 
@@ -254,7 +251,7 @@ TEST(DeletedPlacements, MatchesEntries) {
   struct Row {
     const char* what;
     std::vector<PlaylistEntry> entries;
-    std::vector<OutputItem> items;
+    std::vector<PlacedClip> clips;
     const char* expected;  // kept | deleted
   };
   const Row rows[] = {
@@ -277,15 +274,15 @@ TEST(DeletedPlacements, MatchesEntries) {
       {"positions compare by 32 bits", {plain(1, 0x100000064)}, {placed(1, 100), placed(1, 9)}, "1@100 | 1@9 "},
   };
   for (const Row& row : rows) {
-    DeletedCase c{.entries = row.entries, .items = row.items};
+    DeletedCase c{.entries = row.entries, .clips = row.clips};
     EXPECT_EQ(c.run(), row.expected) << row.what;
-    EXPECT_EQ(c.counters.deleted_placements, static_cast<int>(c.tracks[0].alternates.size())) << row.what;
+    EXPECT_EQ(c.counters.deleted_placements, static_cast<int>(c.tracks[0].deleted.size())) << row.what;
   }
 }
 
 TEST(DeletedPlacements, TheTieUsesUpTheLowerEntry) {
   // The item between both entries takes the lower one, so the second item is left with the upper one's mark.
-  DeletedCase c{.entries = {plain(1, 100), plain(1, 110)}, .items = {placed(1, 105), placed(1, 110), placed(1, 100)}};
+  DeletedCase c{.entries = {plain(1, 100), plain(1, 110)}, .clips = {placed(1, 105), placed(1, 110), placed(1, 100)}};
   EXPECT_EQ(c.run(), "1@105 1@110 | 1@100 ");
 }
 
@@ -297,16 +294,16 @@ TEST(DeletedPlacements, StayersTakeMarksByTheirOwnKey) {
   PlaylistEntry ghost = not_plain(1, 100, 2);
   ghost.color = 50;
   DeletedCase c{.entries = {over_next, over_previous, beside, ghost},
-                .items = {placed(1, 100), placed(2, 200), placed(3, 310)}};
+                .clips = {placed(1, 100), placed(2, 200), placed(3, 310)}};
   EXPECT_EQ(c.run(), "1@100 2@200 3@310 | ");
-  const auto& items = c.tracks[0].items;
-  EXPECT_TRUE(items[0].over_next);
-  EXPECT_FALSE(items[0].over_previous);
-  EXPECT_EQ(items[0].color, 33);
-  EXPECT_TRUE(items[1].over_previous);
-  EXPECT_TRUE(items[1].locked);
-  EXPECT_EQ(items[1].color, -2);
-  EXPECT_EQ(items[2].color, -2) << "matched beside its entry, it takes nothing from it";
+  const auto& clips = c.tracks[0].clips;
+  EXPECT_TRUE(clips[0].over_next);
+  EXPECT_FALSE(clips[0].over_previous);
+  EXPECT_EQ(clips[0].color, 33);
+  EXPECT_TRUE(clips[1].over_previous);
+  EXPECT_TRUE(clips[1].locked);
+  EXPECT_EQ(clips[1].color, -2);
+  EXPECT_EQ(clips[2].color, -2) << "matched beside its entry, it takes nothing from it";
   EXPECT_EQ(c.counters.colored_placements, 2);
 }
 
@@ -314,36 +311,36 @@ const FadeRecord kInFade{.kind = 3, .before = 0, .length = 10};
 
 TEST(DeletedPlacements, FadeClips) {
   DeletedCase c{.entries = {plain(5, 0), fade_entry(0, 0), fade_entry(9, 40)},
-                .items = {placed(5, 0), placed(0, 0), placed(9, 40)},
+                .clips = {placed(5, 0), placed(0, 0), placed(9, 40)},
                 .fades = {kInFade}};
   EXPECT_EQ(c.run(), "5@0 | 9@40 ") << "outside the fade table it is no fade";
   EXPECT_EQ(c.counters.fade_clips_dropped, 1);
 
-  c = {.entries = c.entries, .items = c.items, .fades = {kInFade}};
+  c = {.entries = c.entries, .clips = c.clips, .fades = {kInFade}};
   c.options.keep_fade_clips = true;
   EXPECT_EQ(c.run(), "5@0 | 0@0 9@40 ");
   EXPECT_EQ(c.counters.fade_clips_dropped, 0);
 
-  c = {.entries = c.entries, .items = c.items};
+  c = {.entries = c.entries, .clips = c.clips};
   EXPECT_EQ(c.run(), "5@0 | 0@0 9@40 ") << "without a fade table";
 }
 
 TEST(DeletedPlacements, AFadeAndAClipOfOneKey) {
   // Clip 0 and fade 0 both stand at 0: one of the two items is the clip.
-  DeletedCase c{.entries = {plain(0, 0), fade_entry(0, 0)}, .items = {placed(0, 0), placed(0, 0)}, .fades = {kInFade}};
+  DeletedCase c{.entries = {plain(0, 0), fade_entry(0, 0)}, .clips = {placed(0, 0), placed(0, 0)}, .fades = {kInFade}};
   EXPECT_EQ(c.run(), "0@0 | ");
   EXPECT_EQ(c.counters.fade_clips_dropped, 1);
   EXPECT_EQ(c.counters.deleted_placements, 0);
 
   c = {.entries = {plain(0, 0), fade_entry(0, 0), plain(0, 50)},
-       .items = {placed(0, 0), placed(0, 0), placed(0, 50)},
+       .clips = {placed(0, 0), placed(0, 0), placed(0, 50)},
        .fades = {kInFade}};
   EXPECT_EQ(c.run(), "0@0 0@50 | ") << "the fade doesn't take a neighbour's entry";
 }
 
 TEST(DeletedPlacements, NothingCountsIfNothingStays) {
   DeletedCase c{
-      .entries = {plain(1, 500), fade_entry(0, 0)}, .items = {placed(0, 0), placed(2, 3)}, .fades = {kInFade}};
+      .entries = {plain(1, 500), fade_entry(0, 0)}, .clips = {placed(0, 0), placed(2, 3)}, .fades = {kInFade}};
   EXPECT_EQ(c.run(), "0@0 2@3 | ");
   EXPECT_EQ(c.counters.fade_clips_dropped, 0);
   EXPECT_EQ(c.counters.deleted_placements, 0);
@@ -351,20 +348,20 @@ TEST(DeletedPlacements, NothingCountsIfNothingStays) {
 
 TEST(DeletedPlacements, GroupItemsAreTakenOutOncePerKey) {
   DeletedCase c{.entries = {group_entry(4, 100), fade_entry(0, 90), fade_entry(1, 95), plain(1, 95), plain(7, 300)},
-                .items = {placed(4, 100), placed(4, 100), placed(0, 90), placed(1, 95), placed(7, 300)}};
+                .clips = {placed(4, 100), placed(4, 100), placed(0, 90), placed(1, 95), placed(7, 300)}};
   EXPECT_EQ(c.run(), "1@95 7@300 | 4@100 ") << "fade 1 shares its key with a clip";
   EXPECT_EQ(c.counters.fade_clips_dropped, 0);
 
-  c = {.entries = {fade_entry(0, 90), plain(7, 300)}, .items = {placed(0, 90), placed(7, 300)}};
+  c = {.entries = {fade_entry(0, 90), plain(7, 300)}, .clips = {placed(0, 90), placed(7, 300)}};
   EXPECT_EQ(c.run(), "7@300 | 0@90 ") << "without a group the first pass takes nothing";
 }
 
 TEST(DeletedPlacements, TracksWithoutAPlaylistKeepAll) {
-  std::vector<TrackNode> tracks = {track_of({placed(1, 1), placed(2, 2)})};
-  tracks[0].playlist = -1;
+  std::vector<PlacedTrack> tracks(1);
+  tracks[0].clips = {placed(1, 1), placed(2, 2)};
   RunCounters counters;
-  drop_deleted_placements(tracks, {playlist_of({plain(1, 1)})}, {}, {}, counters);
-  EXPECT_EQ(tracks[0].items.size(), 2u);
+  set_deleted_placements_aside(tracks, {playlist_of({plain(1, 1)})}, {}, {}, counters);
+  EXPECT_EQ(tracks[0].clips.size(), 2u);
 }
 
 // ---- which entries are fades ----
@@ -441,8 +438,10 @@ struct FadeCase {
   RunCounters counters = {};
 
   const std::vector<OutputItem>& run() {
-    tracks = {track_of(items)};
+    tracks.assign(1, {});
+    tracks[0].playlist = 0;
     tracks[0].ticks = ticks;
+    tracks[0].items = items;
     attach_fades(tracks, {playlist_of(entries, "A", ticks)}, fades, tempo, kRate, counters);
     return tracks[0].items;
   }
@@ -715,6 +714,7 @@ TEST(ClipShaping, WholeStage) {
   Session s;
   s.clips = {{"one", 48000, 0, 0}, {"two", 48000, 2400, 1}, {"three", 96000, 0, 9}};
   s.entries = {plain(0, 48000), not_plain(0, 48000, 2), plain(1, 96000 + 2400), plain(2, 480000), not_plain(2, 1, 3)};
+  s.options.recover_deleted = true;
   const ShapedClips shaped = s.shape();
   ASSERT_EQ(shaped.tracks.size(), 1u);
   const TrackNode& track = shaped.tracks[0];
@@ -724,7 +724,7 @@ TEST(ClipShaping, WholeStage) {
   EXPECT_EQ(track.items[0].fade_in, 0.01) << "by the clip edge, whatever the entry's kind";
   EXPECT_EQ(track.items[0].gain_db, -6.0);
   EXPECT_EQ(track.items[0].gain_envelope, nullptr);
-  EXPECT_EQ(track.items[1].position, 2.0) << "the sync point stands at the stored position";
+  EXPECT_DOUBLE_EQ(track.items[1].position, 2.0) << "the sync point stands at the stored position";
   EXPECT_EQ(track.items[1].sync_offset, 0.05);
   ASSERT_NE(track.items[1].gain_envelope, nullptr);
   EXPECT_EQ(track.items[1].gain_envelope->size(), 2u);
@@ -732,10 +732,27 @@ TEST(ClipShaping, WholeStage) {
   EXPECT_FALSE(track.items[2].has_gain);
   ASSERT_EQ(track.alternates.size(), 1u);
   EXPECT_EQ(track.alternates[0].clip_name, "three");
+  EXPECT_EQ(track.alternates[0].ordinal, 4u);
   EXPECT_EQ(s.counters.clips_with_gain, 2);
   EXPECT_EQ(s.counters.fade_clips_dropped, 1);
   EXPECT_EQ(s.counters.deleted_placements, 1);
   EXPECT_FALSE(s.counters.sync_points_unmatched);
+}
+
+TEST(ClipShaping, DeletedPlacementsAreItemsOnlyIfAskedFor) {
+  for (const bool recover : {false, true}) {
+    Session s;
+    s.options.recover_deleted = recover;
+    s.clips = {{"one", 48000, 0, 0}};
+    s.entries = {plain(0, 48000), not_plain(0, 96000, 3)};
+    const ShapedClips shaped = s.shape();
+    EXPECT_EQ(shaped.tracks[0].items.size(), 1u);
+    EXPECT_EQ(s.counters.deleted_placements, 1) << "counted either way";
+    ASSERT_EQ(shaped.tracks[0].alternates.size(), recover ? 1u : 0u);
+    if (recover) {
+      EXPECT_FALSE(shaped.tracks[0].alternates[0].has_gain) << "set aside before the gain";
+    }
+  }
 }
 
 TEST(ClipShaping, WithoutFadesTheFadeEntriesMatchNothing) {

@@ -205,7 +205,7 @@ void write_fade(BlockWriter& w, const FadeBytes& f) {
   w.close();
 }
 
-TEST(Fades, ReadsTheRecord) {
+TEST(FadeTable, ReadsTheRecord) {
   struct Row {
     const char* what;
     FadeBytes bytes;
@@ -243,7 +243,7 @@ TEST(Fades, ReadsTheRecord) {
   }
 }
 
-TEST(Fades, ABadRecordKeepsItsNumber) {
+TEST(FadeTable, ABadRecordKeepsItsNumber) {
   BlockWriter w;
   write_fade(w, {.kind = 9});
   write_fade(w, {.length = 5, .kind = 3});

@@ -75,16 +75,22 @@ std::string as_printf(const char* format, int digits, double value) {
   return text;
 }
 
-void expect_like_printf(double value) {
-  for (const int digits : {0, 4, 6, 9, 10, 14}) {
-    Collected out;
-    {
-      ProjectText project(out);
-      project.fixed(value, digits).text(" ").general(value, digits);
+// One stream for all numbers of a test: its buffer is large.
+class NumberCheck {
+ public:
+  void expect_like_printf(double value) {
+    for (const int digits : {0, 4, 6, 9, 10, 14}) {
+      out_.text.clear();
+      project_.fixed(value, digits).text(" ").general(value, digits);
+      project_.flush();
+      EXPECT_EQ(out_.text, as_printf("%.*f", digits, value) + " " + as_printf("%.*g", digits, value)) << digits;
     }
-    EXPECT_EQ(out.text, as_printf("%.*f", digits, value) + " " + as_printf("%.*g", digits, value)) << digits;
   }
-}
+
+ private:
+  Collected out_;
+  ProjectText project_{out_};
+};
 
 TEST(Numbers, PrintAsPrintfPrintsThem) {
   const double odd[] = {0.0,
@@ -110,19 +116,21 @@ TEST(Numbers, PrintAsPrintfPrintsThem) {
                         -std::numeric_limits<double>::infinity(),
                         std::numeric_limits<double>::quiet_NaN(),
                         -std::numeric_limits<double>::quiet_NaN()};
-  for (const double value : odd) expect_like_printf(value);
+  NumberCheck check;
+  for (const double value : odd) check.expect_like_printf(value);
 }
 
 TEST(Numbers, PrintAsPrintfPrintsThemForAnyBits) {
   std::mt19937_64 random(11);
+  NumberCheck check;
   for (int i = 0; i < 3000; ++i) {
     const std::uint64_t bits = random();
     double any;
     std::memcpy(&any, &bits, sizeof any);
-    if (!std::isnan(any)) expect_like_printf(any);
+    if (!std::isnan(any)) check.expect_like_printf(any);
     // What projects hold: seconds, gains, tempos; halves of the last digit among them.
-    expect_like_printf(static_cast<double>(bits % 100000000000) / 48000.0);
-    expect_like_printf(static_cast<double>(bits % 2000001) / 2000000.0);
+    check.expect_like_printf(static_cast<double>(bits % 100000000000) / 48000.0);
+    check.expect_like_printf(static_cast<double>(bits % 2000001) / 2000000.0);
   }
 }
 

@@ -8,7 +8,7 @@
 #include "base/text.h"
 #include "model/deleted_placements.h"
 #include "model/fades.h"
-#include "model/item_order.h"
+#include "model/placed_clips.h"
 #include "model/timebase.h"
 #include "session/clip_groups.h"
 #include "session/fades.h"
@@ -47,45 +47,33 @@ std::vector<std::int64_t> trusted_sync_points(const SessionImage& image, const s
   return samples;
 }
 
-OutputItem make_item(const Placement& placement, const ClipRecord& clip, double sample_rate) {
-  OutputItem item;
-  item.clip_index = clip.index;
-  item.raw_position = placement.raw_start;
-  item.raw_offset = static_cast<std::uint32_t>(clip.source_offset);
-  item.length = static_cast<double>(clip.length) / sample_rate;
-  item.source_offset = static_cast<double>(clip.source_offset) / sample_rate;
-  item.clip_name = clip.name;
-  item.file_name = clip.file_name;
-  item.file_index = clip.file_index;
-  item.muted = placement.muted;
-  item.whole_file = is_whole_file(clip.name, item.raw_offset);
-  return item;
-}
-
 // One track per number, with its placements in their order. Positions stay raw.
-std::vector<TrackNode> make_tracks(const ClipTables& clips, const std::vector<std::int64_t>& sync_samples,
-                                   double sample_rate) {
-  std::vector<TrackNode> tracks;
-  for (auto first = clips.audio.begin(); first != clips.audio.end();) {
-    const auto last = std::find_if(first, clips.audio.end(), [&](const Placement& placement) {
-      return placement.track_index != first->track_index;
-    });
-    TrackNode& track = tracks.emplace_back();
-    track.track_index = first->track_index;
-    track.stored_track_index = first->stored_track_index;
-    track.name = first->track_name;
-    track.items.reserve(static_cast<std::size_t>(last - first));
-    for (; first != last; ++first) {
-      OutputItem& item = track.items.emplace_back(make_item(*first, clips.audio_clips[first->clip], sample_rate));
-      item.ordinal = track.items.size() - 1;
-      if (first->clip < sync_samples.size())
-        item.sync_offset = static_cast<double>(sync_samples[first->clip]) / sample_rate;
+std::vector<PlacedTrack> gather_tracks(const std::vector<Placement>& placements, const std::vector<ClipRecord>& clips) {
+  std::vector<PlacedTrack> tracks;
+  for (std::size_t first = 0; first < placements.size();) {
+    std::size_t last = first + 1;
+    while (last < placements.size() && placements[last].track_index == placements[first].track_index) ++last;
+    PlacedTrack& track = tracks.emplace_back();
+    track.node.track_index = placements[first].track_index;
+    track.node.stored_track_index = placements[first].stored_track_index;
+    track.node.name = placements[first].track_name;
+    track.clips.reserve(last - first);
+    for (; first < last; ++first) {
+      PlacedClip& placed = track.clips.emplace_back();
+      placed.placement = static_cast<std::uint32_t>(first);
+      placed.raw_position = placements[first].raw_start;
+      placed.clip_index = clips[placements[first].clip].index;
     }
   }
   return tracks;
 }
 
-double placed_at(const Placement& placement, bool ticks, const TempoMap& tempo, double sample_rate) {
+double sync_offset_of(const Placement& placement, const std::vector<std::int64_t>& sync_samples, double sample_rate) {
+  if (placement.clip >= sync_samples.size()) return 0.0;
+  return static_cast<double>(sync_samples[placement.clip]) / sample_rate;
+}
+
+double seconds_of(const Placement& placement, bool ticks, const TempoMap& tempo, double sample_rate) {
   if (!ticks) return static_cast<double>(placement.raw_start) / sample_rate;
   if (!tempo.has_song_start()) return tempo.seconds_of_ticks(biased_to_ticks(placement.raw_start));
   // With a song start, positions before the tick origin are real ones.
@@ -93,19 +81,66 @@ double placed_at(const Placement& placement, bool ticks, const TempoMap& tempo, 
   return tempo.timeline_seconds(static_cast<double>(tick));
 }
 
-// Raw positions to seconds, then back by the sync point, then into the order of the timeline. The tracks' items must
-// still be the placements, one by one.
-void place_in_seconds(std::vector<TrackNode>& tracks, const std::vector<Placement>& placements, const TempoMap& tempo,
-                      double sample_rate) {
-  auto placement = placements.begin();
-  for (TrackNode& track : tracks) {
-    for (OutputItem& item : track.items) {
-      item.position = placed_at(*placement++, track.ticks, tempo, sample_rate);
-      if (item.sync_offset > 0.0) item.position -= item.sync_offset;
-      item.position = std::max(item.position, 0.0);
+// Raw positions to seconds, then back by the sync point, then into the order of the timeline.
+void place_in_seconds(std::vector<PlacedTrack>& tracks, const std::vector<Placement>& placements,
+                      const std::vector<std::int64_t>& sync_samples, const TempoMap& tempo, double sample_rate) {
+  for (PlacedTrack& track : tracks) {
+    for (PlacedClip& clip : track.clips) {
+      const Placement& placement = placements[clip.placement];
+      const double at = seconds_of(placement, track.node.ticks, tempo, sample_rate);
+      clip.position = std::max(at - sync_offset_of(placement, sync_samples, sample_rate), 0.0);
     }
-    sort_by_position(track.items);
+    const auto earlier = [](const PlacedClip& a, const PlacedClip& b) { return a.position < b.position; };
+    if (!std::is_sorted(track.clips.begin(), track.clips.end(), earlier))
+      std::stable_sort(track.clips.begin(), track.clips.end(), earlier);
   }
+}
+
+OutputItem make_item(const PlacedClip& placed, const Placement& placement, const ClipRecord& clip, double sync_offset,
+                     double sample_rate) {
+  OutputItem item;
+  item.clip_index = placed.clip_index;
+  item.raw_position = placed.raw_position;
+  item.raw_offset = static_cast<std::uint32_t>(clip.source_offset);
+  item.position = placed.position;
+  item.length = static_cast<double>(clip.length) / sample_rate;
+  item.source_offset = static_cast<double>(clip.source_offset) / sample_rate;
+  item.clip_name = clip.name;
+  item.file_name = clip.file_name;
+  item.file_index = clip.file_index;
+  item.muted = placement.muted;
+  item.whole_file = is_whole_file(clip.name, item.raw_offset);
+  item.over_next = placed.over_next;
+  item.over_previous = placed.over_previous;
+  item.locked = placed.locked;
+  item.color = placed.color;
+  item.sync_offset = sync_offset;
+  return item;
+}
+
+// Items for what stands on the tracks, and for the deleted placements if they are asked for.
+std::vector<TrackNode> make_items(std::vector<PlacedTrack> placed_tracks, const ClipTables& clips,
+                                  const std::vector<std::int64_t>& sync_samples, double sample_rate,
+                                  bool with_deleted) {
+  std::vector<TrackNode> tracks;
+  tracks.reserve(placed_tracks.size());
+  std::size_t first_placement = 0;  // of the track, to count its placements from
+  const auto add_items = [&](const std::vector<PlacedClip>& placed_clips, std::vector<OutputItem>& items) {
+    items.reserve(placed_clips.size());
+    for (const PlacedClip& placed : placed_clips) {
+      const Placement& placement = clips.audio[placed.placement];
+      items.push_back(make_item(placed, placement, clips.audio_clips[placement.clip],
+                                sync_offset_of(placement, sync_samples, sample_rate), sample_rate));
+      items.back().ordinal = placed.placement - first_placement;
+    }
+  };
+  for (PlacedTrack& placed : placed_tracks) {
+    while (clips.audio[first_placement].track_index != placed.node.track_index) ++first_placement;
+    TrackNode& track = tracks.emplace_back(std::move(placed.node));
+    add_items(placed.clips, track.items);
+    if (with_deleted) add_items(placed.deleted, track.alternates);
+  }
+  return tracks;
 }
 
 void apply_clip_gain(std::vector<TrackNode>& tracks, const ClipGain& gain, RunCounters& counters) {
@@ -157,18 +192,20 @@ ShapedClips shape_clips(const SessionImage& image, const ClipTables& clips, cons
   const std::vector<ClipGroupRow> groups = read_clip_group_rows(image);
   mark_fades_on_clip_edges(playlists, session_fades, {clips.audio_clips, sync_samples, groups, tempo, sample_rate});
 
-  ShapedClips shaped;
-  std::vector<TrackNode>& tracks = shaped.tracks;
-  tracks = make_tracks(clips, sync_samples, sample_rate);
-  const TrackPairing pairing = pair_tracks(tracks, playlists, read_track_playlists(image), clips.channel_count);
-  take_records(tracks, playlists, pairing, counters);
-  place_in_seconds(tracks, clips.audio, tempo, sample_rate);
+  std::vector<PlacedTrack> placed = gather_tracks(clips.audio, clips.audio_clips);
+  take_records(placed, playlists, pair_tracks(placed, playlists, read_track_playlists(image), clips.channel_count),
+               counters);
+  place_in_seconds(placed, clips.audio, sync_samples, tempo, sample_rate);
 
   // The clip groups' own playlists are read here when groups are built.
-  take_out_group_items(tracks, playlists);
+  take_out_group_placements(placed, playlists);
   const std::vector<FadeRecord> no_fades;
   const std::vector<FadeRecord>& fades = options.no_fades ? no_fades : session_fades;
-  drop_deleted_placements(tracks, playlists, fades, options, counters);
+  set_deleted_placements_aside(placed, playlists, fades, options, counters);
+
+  ShapedClips shaped;
+  std::vector<TrackNode>& tracks = shaped.tracks;
+  tracks = make_items(std::move(placed), clips, sync_samples, sample_rate, options.recover_deleted);
   // Clip groups are laid out here, then one clip is chosen from each stack, when they are built.
   attach_fades(tracks, playlists, fades, tempo, sample_rate, counters);
   shaped.gain = std::make_unique<const ClipGain>(read_clip_gain(image));

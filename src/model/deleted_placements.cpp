@@ -9,16 +9,18 @@
 namespace frt {
 namespace {
 
-// How far from its entry an item may stand, in the playlist's unit.
+// How far from its entry a placement may stand, in the playlist's unit.
 constexpr std::int64_t kNearEntry = 64;
-constexpr std::int32_t kNoColor = -2;
+constexpr std::int16_t kNoColor = -2;
+// Kinds of a clip's entry: drawn over the clip after it, or before it.
+constexpr std::uint8_t kOverNext = 1, kOverPrevious = 2;
 
 // (clip or fade number, low 32 bits of the position), in that order.
 using Key = std::uint64_t;
 
 constexpr Key key_of(std::uint64_t index, std::uint64_t position) { return (index << 32u) | (position & 0xFFFFFFFFu); }
 Key key_of(const PlaylistEntry& entry) { return key_of(entry.clip_or_fade_index, entry.position); }
-Key key_of(const OutputItem& item) { return key_of(item.clip_index, item.raw_position); }
+Key key_of(const PlacedClip& clip) { return key_of(clip.clip_index, clip.raw_position); }
 constexpr std::uint64_t index_of(Key key) { return key >> 32u; }
 constexpr std::int64_t position_of(Key key) { return static_cast<std::int64_t>(key & 0xFFFFFFFFu); }
 
@@ -52,7 +54,7 @@ class KeySet {
   std::vector<std::pair<Key, bool>> keys_;  // with "taken"
 };
 
-void take_out_group_items(std::vector<OutputItem>& items, const PlaylistRecord& playlist) {
+void take_out_group_placements(std::vector<PlacedClip>& clips, const PlaylistRecord& playlist) {
   KeySet groups, fades, rest;
   for (const PlaylistEntry& entry : playlist.entries) {
     if (entry.is_group) groups.add(key_of(entry));
@@ -64,8 +66,8 @@ void take_out_group_items(std::vector<OutputItem>& items, const PlaylistRecord& 
   }
   fades.close();
   rest.close();
-  std::erase_if(items, [&](const OutputItem& item) {
-    const Key key = key_of(item);
+  std::erase_if(clips, [&](const PlacedClip& clip) {
+    const Key key = key_of(clip);
     return groups.take(key) || (!rest.has(key) && fades.take(key));
   });
 }
@@ -77,19 +79,22 @@ class ClipEntries {
   struct Place {
     Key key = 0;
     std::uint32_t left = 0;  // plain entries not matched yet
+    std::uint32_t clip = 0;  // where the clip's count stands, if it has one
+    std::int16_t color = kNoColor;
     bool over_next = false, over_previous = false, locked = false;
-    std::int32_t color = kNoColor;
   };
+
+  void reserve(std::size_t entries) { places_.reserve(entries); }
 
   // Entries must be added in record order: of two colours for one key the last holds.
   void add(const PlaylistEntry& entry) {
     Place place{.key = key_of(entry)};
     if (entry.plain) {
       place.left = 1;
-      place.over_next = entry.kind == 1;
-      place.over_previous = entry.kind == 2;
-      place.locked = entry.locked;
       place.color = entry.color;
+      place.over_next = entry.kind == kOverNext;
+      place.over_previous = entry.kind == kOverPrevious;
+      place.locked = entry.locked;
     }
     places_.push_back(place);
   }
@@ -112,43 +117,51 @@ class ClipEntries {
       }
     }
     places_.resize(kept);
-    for (const Place& place : places_) {
+    for (Place& place : places_) {
       if (place.left == 0) continue;
       if (clips_.empty() || clips_.back().index != index_of(place.key)) clips_.push_back({index_of(place.key), 0});
       clips_.back().left += place.left;
+      place.clip = static_cast<std::uint32_t>(clips_.size() - 1);
     }
   }
 
   // No plain entry at all.
   bool empty() const { return clips_.empty(); }
 
-  const Place* find(Key key) const {
+  // The place of exactly this key; null if no entry bears it.
+  Place* find(Key key) {
     const auto place = first_from(key);
     return place != places_.end() && place->key == key ? &*place : nullptr;
   }
 
-  // Uses up an entry for the key: its own, or the nearest one of the same clip. False if there is none.
-  bool match(Key key) {
-    const auto own = first_from(key);
-    if (own != places_.end() && own->key == key && own->left > 0) return use(*own);
+  // The nearest place of the same clip that has an entry left; of two at one distance the lower. Null for none
+  // in reach.
+  Place* nearest(Key key) {
     const std::int64_t position = position_of(key);
     const std::int64_t lowest = std::max<std::int64_t>(position - kNearEntry, 0);
-    Place* nearest = nullptr;
+    Place* best = nullptr;
     for (auto place = first_from(key_of(index_of(key), static_cast<std::uint64_t>(lowest)));
          place != places_.end() && index_of(place->key) == index_of(key) &&
          position_of(place->key) <= position + kNearEntry;
          ++place) {
-      if (place->left > 0 &&
-          (!nearest || std::abs(position_of(place->key) - position) < std::abs(position_of(nearest->key) - position)))
-        nearest = &*place;
+      if (place->left == 0) continue;
+      if (!best || std::abs(position_of(place->key) - position) < std::abs(position_of(best->key) - position))
+        best = &*place;
     }
-    return nearest && use(*nearest);
+    return best;
   }
 
-  // Uses up an entry of the item's clip, wherever it stands. False if none is left.
-  bool match_clip(Key key) {
-    Clip* clip = find_clip(key);
-    if (!clip || clip->left == 0) return false;
+  // Uses up an entry of the place, which must have one left.
+  void use(Place& place) {
+    --place.left;
+    --clips_[place.clip].left;
+  }
+
+  // Uses up an entry of the key's clip, wherever it stands. False if none is left.
+  bool use_any(Key key) {
+    const auto clip = std::lower_bound(clips_.begin(), clips_.end(), index_of(key),
+                                       [](const Clip& c, std::uint64_t index) { return c.index < index; });
+    if (clip == clips_.end() || clip->index != index_of(key) || clip->left == 0) return false;
     --clip->left;
     return true;
   }
@@ -163,20 +176,6 @@ class ClipEntries {
     return std::lower_bound(places_.begin(), places_.end(), key,
                             [](const Place& place, Key wanted) { return place.key < wanted; });
   }
-  std::vector<Place>::const_iterator first_from(Key key) const {
-    return std::lower_bound(places_.begin(), places_.end(), key,
-                            [](const Place& place, Key wanted) { return place.key < wanted; });
-  }
-  Clip* find_clip(Key key) {
-    const auto clip = std::lower_bound(clips_.begin(), clips_.end(), index_of(key),
-                                       [](const Clip& c, std::uint64_t index) { return c.index < index; });
-    return clip != clips_.end() && clip->index == index_of(key) ? &*clip : nullptr;
-  }
-  bool use(Place& place) {
-    if (!match_clip(place.key)) return false;
-    --place.left;
-    return true;
-  }
 
   std::vector<Place> places_;  // by key
   std::vector<Clip> clips_;    // by index
@@ -187,6 +186,7 @@ enum class Fate : std::uint8_t { kUnmatched, kMatched, kFadeClip, kDeleted };
 class PlacementSorter {
  public:
   PlacementSorter(const PlaylistRecord& playlist, std::size_t fade_count, RunCounters& counters) {
+    entries_.reserve(playlist.entries.size());
     for (const PlaylistEntry& entry : playlist.entries) {
       if (entry.is_group) continue;
       if (entry.fade && entry.clip_or_fade_index < fade_count) {
@@ -194,15 +194,15 @@ class PlacementSorter {
         continue;
       }
       if (entry.plain && entry.color != kNoColor) ++counters.colored_placements;
-      clips_.add(entry);
+      entries_.add(entry);
     }
     fades_.close();
-    clips_.close();
+    entries_.close();
   }
 
-  void sort_out(TrackNode& track, bool keep_fade_clips, RunCounters& counters) {
-    if (clips_.empty()) return;
-    const std::vector<Fate> fates = decide(track.items, keep_fade_clips);
+  void sort_out(PlacedTrack& track, bool keep_fade_clips, RunCounters& counters) {
+    if (entries_.empty()) return;
+    const std::vector<Fate> fates = decide(track.clips, keep_fade_clips);
     const auto number_of = [&](Fate fate) { return static_cast<int>(std::count(fates.begin(), fates.end(), fate)); };
     const int fade_clips = number_of(Fate::kFadeClip), deleted = number_of(Fate::kDeleted);
     if (static_cast<std::size_t>(fade_clips + deleted) == fates.size()) return;
@@ -210,69 +210,72 @@ class PlacementSorter {
     counters.deleted_placements += deleted;
 
     std::size_t kept = 0;
-    for (std::size_t i = 0; i < track.items.size(); ++i) {
-      OutputItem& item = track.items[i];
+    for (std::size_t i = 0; i < track.clips.size(); ++i) {
       if (fates[i] == Fate::kFadeClip) continue;
       if (fates[i] == Fate::kDeleted) {
-        track.alternates.push_back(std::move(item));
+        track.deleted.push_back(track.clips[i]);
         continue;
       }
-      take_marks(item);
-      if (kept != i) track.items[kept] = std::move(item);
-      ++kept;
+      track.clips[kept] = track.clips[i];
+      take_marks(track.clips[kept++]);
     }
-    track.items.erase(track.items.begin() + static_cast<std::ptrdiff_t>(kept), track.items.end());
+    track.clips.resize(kept);
   }
 
  private:
-  std::vector<Fate> decide(const std::vector<OutputItem>& items, bool keep_fade_clips) {
-    std::vector<Fate> fates(items.size(), Fate::kUnmatched);
-    for (std::size_t i = 0; i < items.size(); ++i) {
-      const Key key = key_of(items[i]);
-      if (!keep_fade_clips && fades_.has(key)) {
-        // A fade and a clip can bear the same number at the same place: the clip's entries come first.
-        const ClipEntries::Place* clip = clips_.find(key);
-        if (!clip || clip->left == 0) {
+  std::vector<Fate> decide(const std::vector<PlacedClip>& clips, bool keep_fade_clips) {
+    std::vector<Fate> fates(clips.size(), Fate::kUnmatched);
+    for (std::size_t i = 0; i < clips.size(); ++i) {
+      const Key key = key_of(clips[i]);
+      ClipEntries::Place* place = entries_.find(key);
+      if (!place || place->left == 0) {
+        // A fade and a clip can bear the same number at the same place: the clip's entries come first, and what is
+        // over stands for the fade.
+        if (!keep_fade_clips && fades_.has(key)) {
           fates[i] = Fate::kFadeClip;
           continue;
         }
+        place = entries_.nearest(key);
       }
-      if (clips_.match(key)) fates[i] = Fate::kMatched;
+      if (!place) continue;
+      entries_.use(*place);
+      fates[i] = Fate::kMatched;
     }
-    for (std::size_t i = 0; i < items.size(); ++i) {
-      if (fates[i] == Fate::kUnmatched && !clips_.match_clip(key_of(items[i]))) fates[i] = Fate::kDeleted;
+    for (std::size_t i = 0; i < clips.size(); ++i) {
+      if (fates[i] == Fate::kUnmatched && !entries_.use_any(key_of(clips[i]))) fates[i] = Fate::kDeleted;
     }
     return fates;
   }
 
-  // By the item's own key, also where its entry stands beside it.
-  void take_marks(OutputItem& item) const {
-    const ClipEntries::Place* place = clips_.find(key_of(item));
+  // By the placement's own key, also where its entry stands beside it.
+  void take_marks(PlacedClip& clip) {
+    const ClipEntries::Place* place = entries_.find(key_of(clip));
     if (!place) return;
-    item.over_next = place->over_next;
-    item.over_previous = place->over_previous;
-    item.locked = place->locked;
-    item.color = place->color;
+    clip.over_next = place->over_next;
+    clip.over_previous = place->over_previous;
+    clip.locked = place->locked;
+    clip.color = place->color;
   }
 
   KeySet fades_;
-  ClipEntries clips_;
+  ClipEntries entries_;
 };
 
 }  // namespace
 
-void take_out_group_items(std::vector<TrackNode>& tracks, const std::vector<PlaylistRecord>& playlists) {
-  for (TrackNode& track : tracks) {
-    if (track.playlist >= 0) take_out_group_items(track.items, playlists[static_cast<std::size_t>(track.playlist)]);
+void take_out_group_placements(std::vector<PlacedTrack>& tracks, const std::vector<PlaylistRecord>& playlists) {
+  for (PlacedTrack& track : tracks) {
+    if (track.node.playlist >= 0)
+      take_out_group_placements(track.clips, playlists[static_cast<std::size_t>(track.node.playlist)]);
   }
 }
 
-void drop_deleted_placements(std::vector<TrackNode>& tracks, const std::vector<PlaylistRecord>& playlists,
-                             const std::vector<FadeRecord>& fades, const ConversionOptions& options,
-                             RunCounters& counters) {
-  for (TrackNode& track : tracks) {
-    if (track.playlist < 0) continue;
-    PlacementSorter sorter(playlists[static_cast<std::size_t>(track.playlist)], fades.size(), counters);
+void set_deleted_placements_aside(std::vector<PlacedTrack>& tracks, const std::vector<PlaylistRecord>& playlists,
+                                  const std::vector<FadeRecord>& fades, const ConversionOptions& options,
+                                  RunCounters& counters) {
+  for (PlacedTrack& track : tracks) {
+    if (track.node.playlist < 0) continue;
+    PlacementSorter sorter(playlists[static_cast<std::size_t>(track.node.playlist)], fades.size(), counters);
     sorter.sort_out(track, options.keep_fade_clips, counters);
   }
 }

@@ -114,15 +114,19 @@ class EdgeIndex {
 
   void move(Index item, double from, double to) {
     if (from == to) return;
-    const Edge old{from, item};
+    const Edge old{from, item}, now{to, item};
     if (moved_.erase(old) == 0) {
       const auto i = static_cast<Index>(std::lower_bound(edges_.begin(), edges_.end(), old) - edges_.begin());
       if (i == edges_.size()) return;
+      if ((i == 0 || edges_[i - 1] < now) && (i + 1 == edges_.size() || now < edges_[i + 1])) {
+        edges_[i] = now;  // nothing passed: it keeps its place
+        return;
+      }
       // From here on searches pass over it: to the right from i, to the left from the place behind it.
       right_[i] = i + 1;
       left_[i + 1] = i;
     }
-    moved_.insert({to, item});
+    moved_.insert(now);
   }
 
  private:
@@ -169,7 +173,7 @@ class EdgeIndex {
     return behind == 0 ? kNone : behind - 1;
   }
 
-  std::vector<Edge> edges_;   // as at the start; those that moved since are passed over
+  std::vector<Edge> edges_;   // those that moved past others are passed over
   std::vector<Index> right_;  // by place: itself, or a place further right
   std::vector<Index> left_;   // by place: itself, or one further left; the edge meant stands before it
   std::set<Edge> moved_;

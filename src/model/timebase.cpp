@@ -34,7 +34,7 @@ bool has_group(const PlaylistRecord& playlist) {
                      [](const PlaylistEntry& entry) { return entry.is_group; });
 }
 
-TrackPairing pair_by_count(const std::vector<TrackNode>& tracks, const std::vector<PlaylistRecord>& playlists) {
+TrackPairing pair_by_count(const std::vector<PlacedTrack>& tracks, const std::vector<PlaylistRecord>& playlists) {
   PlaylistsBy<std::uint64_t> by_count;
   PlaylistsBy<std::string_view> grouped_by_name;
   const bool all_read = std::all_of(playlists.begin(), playlists.end(),
@@ -48,10 +48,10 @@ TrackPairing pair_by_count(const std::vector<TrackNode>& tracks, const std::vect
 
   TrackPairing pairing;
   std::size_t cursor = 0;
-  for (const TrackNode& track : tracks) {
-    std::int64_t hit = by_count.first_from(track.items.size(), cursor);
+  for (const PlacedTrack& track : tracks) {
+    std::int64_t hit = by_count.first_from(track.clips.size(), cursor);
     // Clip groups change the count, so their playlists are found by name.
-    if (hit < 0) hit = grouped_by_name.first_from(track.name, cursor);
+    if (hit < 0) hit = grouped_by_name.first_from(track.node.name, cursor);
     if (hit >= 0) cursor = static_cast<std::size_t>(hit) + 1;
     pairing.playlist_of.push_back(hit);
   }
@@ -60,17 +60,17 @@ TrackPairing pair_by_count(const std::vector<TrackNode>& tracks, const std::vect
 
 // Sessions in which some playlist of a track bears no name: the k-th playlist of the list is that of track number k,
 // as numbered before tracks without a placement were closed up. Counts would give tracks their neighbours' playlists.
-TrackPairing pair_by_number(const std::vector<TrackNode>& tracks, const std::vector<PlaylistRecord>& playlists,
+TrackPairing pair_by_number(const std::vector<PlacedTrack>& tracks, const std::vector<PlaylistRecord>& playlists,
                             const std::vector<TrackPlaylist>& track_playlists) {
   std::unordered_map<std::uint64_t, std::int64_t> record_at;
   for (std::size_t i = 0; i < playlists.size(); ++i)
     record_at.emplace(playlists[i].start, static_cast<std::int64_t>(i));
   TrackPairing pairing;
   pairing.by_number = true;
-  for (const TrackNode& track : tracks) {
+  for (const PlacedTrack& track : tracks) {
     std::int64_t hit = -1;
-    if (track.stored_track_index < track_playlists.size()) {
-      const auto found = record_at.find(track_playlists[track.stored_track_index].start);
+    if (track.node.stored_track_index < track_playlists.size()) {
+      const auto found = record_at.find(track_playlists[track.node.stored_track_index].start);
       if (found != record_at.end()) hit = found->second;
     }
     pairing.playlist_of.push_back(hit);
@@ -78,15 +78,15 @@ TrackPairing pair_by_number(const std::vector<TrackNode>& tracks, const std::vec
   return pairing;
 }
 
-bool judge_by_size(const std::vector<OutputItem>& items) {
-  const auto large = std::count_if(items.begin(), items.end(),
-                                   [](const OutputItem& item) { return item.raw_position > kLargeRawPosition; });
-  return 2 * static_cast<std::size_t>(large) >= items.size();
+bool judge_by_size(const std::vector<PlacedClip>& clips) {
+  const auto large = std::count_if(clips.begin(), clips.end(),
+                                   [](const PlacedClip& clip) { return clip.raw_position > kLargeRawPosition; });
+  return 2 * static_cast<std::size_t>(large) >= clips.size();
 }
 
 }  // namespace
 
-TrackPairing pair_tracks(const std::vector<TrackNode>& tracks, const std::vector<PlaylistRecord>& playlists,
+TrackPairing pair_tracks(const std::vector<PlacedTrack>& tracks, const std::vector<PlaylistRecord>& playlists,
                          const std::vector<TrackPlaylist>& track_playlists, std::size_t channel_count) {
   const bool some_unnamed = std::any_of(track_playlists.begin(), track_playlists.end(),
                                         [](const TrackPlaylist& playlist) { return playlist.unnamed; });
@@ -95,7 +95,7 @@ TrackPairing pair_tracks(const std::vector<TrackNode>& tracks, const std::vector
   return pair_by_count(tracks, playlists);
 }
 
-void take_records(std::vector<TrackNode>& tracks, const std::vector<PlaylistRecord>& playlists,
+void take_records(std::vector<PlacedTrack>& tracks, const std::vector<PlaylistRecord>& playlists,
                   const TrackPairing& pairing, RunCounters& counters) {
   const auto in_ticks = [](const PlaylistRecord& playlist) { return playlist.ticks; };
   const bool all_ticks = std::all_of(playlists.begin(), playlists.end(), in_ticks);
@@ -104,7 +104,7 @@ void take_records(std::vector<TrackNode>& tracks, const std::vector<PlaylistReco
   counters.timebase_all_samples = all_samples;
 
   for (std::size_t i = 0; i < tracks.size(); ++i) {
-    TrackNode& track = tracks[i];
+    TrackNode& track = tracks[i].node;
     const std::int64_t index = pairing.playlist_of[i];
     track.paired = index >= 0;
     track.ticks = true;
@@ -121,7 +121,7 @@ void take_records(std::vector<TrackNode>& tracks, const std::vector<PlaylistReco
         track.ticks = all_ticks;
         ++counters.timebase_read_that_way;
       } else {
-        track.ticks = judge_by_size(track.items);
+        track.ticks = judge_by_size(tracks[i].clips);
         ++counters.timebase_judged;
       }
     }

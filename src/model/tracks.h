@@ -60,7 +60,7 @@ struct TrackNode {
   // track's.
   std::string_view record_name;
   std::vector<OutputItem> items;
-  std::vector<OutputItem> alternates;  // set aside: deleted placements and stacked takes
+  std::vector<OutputItem> alternates;  // set aside: deleted placements (under --recover-deleted), stacked takes
 };
 
 struct Lane {

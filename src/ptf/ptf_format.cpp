@@ -131,7 +131,7 @@ constexpr std::uint64_t kCount = 9, kChildren = 13, kLength = 15;
 //     u8 kind (0 volume, 1 folder, 2 file), u32 parent (number of an entry), counted name, 4 bytes tag
 namespace numbered_layout {
 constexpr std::uint64_t kCount = 9, kEntries = 13;
-constexpr std::uint64_t kName = 5, kTag = 4, kLeast = 13;
+constexpr std::uint64_t kName = 5, kTag = 4, kLeast = kName + 4 + kTag;
 constexpr std::uint8_t kHighestKind = 2, kFileKind = 2;
 }  // namespace numbered_layout
 

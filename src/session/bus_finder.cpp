@@ -9,6 +9,7 @@ NearestBus::NearestBus(ByteView image, const std::vector<std::string_view>& name
   for (const std::string_view name : names) {
     if (name.size() < kLeastName || name.size() > kMostName) continue;
     names_.insert(name);
+    first_bytes_[static_cast<std::uint8_t>(name.front())] = true;
     lengths_[bucket_of(name)] |= std::uint64_t{1} << name.size();
   }
 }
@@ -43,7 +44,7 @@ std::optional<std::string_view> NearestBus::near(std::uint64_t v) {
   const std::uint64_t end = std::min<std::uint64_t>(v + kReach, image_.size());
   while (!hits_.empty() && hits_.front() < from) hits_.pop_front();
   for (std::uint64_t p = std::max(searched_, from); p < end; ++p) {
-    if (longest_at(p, image_.size())) hits_.push_back(p);
+    if (first_bytes_[image_.u8_or(p, 0)] && longest_at(p, image_.size())) hits_.push_back(p);
   }
   searched_ = std::max(searched_, end);
 

@@ -34,6 +34,7 @@ class NearestBus {
 
   ByteView image_;
   TextIndex names_;
+  std::array<bool, 256> first_bytes_{};  // the names' first bytes: nearly every position ends here
   // By the first three bytes of a name: a bit for each length that occurs.
   std::array<std::uint64_t, 4096> lengths_{};
   std::deque<std::uint64_t> hits_;  // positions within reach at which a name begins

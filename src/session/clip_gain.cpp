@@ -45,6 +45,7 @@ void read_table(ByteView image, const FlatBlock& block, ClipGain& gain) {
   const std::uint32_t count = image.u32_or(block.start + kCount, 0);
   if (count > kMostEntries) return;
   std::uint64_t p = block.start + kEntries;
+  gain.entries.reserve(std::min<std::uint64_t>(count, block.size / (kSmallestSize + 8)));
   for (std::uint32_t i = 0; i < count && p < block.end(); ++i) {
     const std::uint32_t size = image.u32_or(p + kSize, 0);
     if (size < kSmallestSize || size % 8 != 6 || p + 8 + size > block.end()) break;
@@ -119,7 +120,7 @@ ClipGain read_clip_gain(const SessionImage& image) {
 
   TrailerSearch trailers(bytes);
   const auto blocks = image.of_type(kNameBlock);
-  gain.index_of.reserve(blocks.size());
+  gain.index_of.reserve(std::min(blocks.size(), gain.entries.size()));
   for (const std::uint32_t block_index : blocks) {
     const FlatBlock& block = image.block(block_index);
     const std::uint64_t end = block.end();

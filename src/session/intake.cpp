@@ -199,12 +199,15 @@ SavedBy scan_header(ByteView image) {
     const std::string_view text = read_name(image, p, kLeast, kMost, limit);
     if (text.data() == nullptr) {
       ++p;
-    } else if (!saved.product.empty()) {
+      continue;
+    }
+    if (!saved.product.empty()) {
       if (!is_version(text)) return {};
       saved.version = text;
       saved.version_major = number_before_dot(text);
       return saved;
-    } else if (text.size() > kProduct.size() && text.starts_with(kProduct)) {
+    }
+    if (text.size() > kProduct.size() && text.starts_with(kProduct)) {
       saved.product = text;
       p += 4 + text.size();
     } else {

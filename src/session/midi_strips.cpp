@@ -150,7 +150,7 @@ std::map<std::uint16_t, std::string_view> read_key_buses(const SessionImage& ima
     const std::uint64_t to = std::min(next, furthest < 4 ? 0 : furthest - 4);
     std::uint64_t at = 0;
     std::string_view name;
-    each_counted_text(bytes, searched, to, 1, 80, [&](std::uint64_t p, std::string_view text) {
+    each_counted_text<1, 80>(bytes, searched, to, [&](std::uint64_t p, std::string_view text) {
       if (!ascii_ok(text)) return true;
       at = p;
       name = text;

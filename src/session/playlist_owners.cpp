@@ -171,7 +171,7 @@ class IdIndex {
   explicit IdIndex(const std::vector<TrackEntry>& entries) : slots_(64) {
     while (slots_.size() < entries.size() * 4) slots_.resize(slots_.size() * 2);
     filter_.resize(slots_.size() * 8);
-    for (std::uint32_t i = 0; i < entries.size(); ++i) add(entries[i].id, i);
+    for (const TrackEntry& entry : entries) add(entry.id);
   }
 
   // The number of the id, ids counted in the order of their first entry.
@@ -184,6 +184,7 @@ class IdIndex {
     return std::nullopt;
   }
   std::size_t size() const { return ids_.size(); }
+  // The number of each entry's id.
   const std::vector<std::uint32_t>& id_of_entry() const { return id_of_entry_; }
 
  private:
@@ -192,7 +193,7 @@ class IdIndex {
     return id >> 24;
   }
   std::size_t home(std::uint64_t mixed) const { return static_cast<std::size_t>(mixed >> 8) & (slots_.size() - 1); }
-  void add(std::uint64_t id, std::uint32_t) {
+  void add(std::uint64_t id) {
     const std::uint64_t mixed = mix(id);
     filter_[mixed & (filter_.size() - 1)] = 1;
     std::size_t slot = home(mixed);

@@ -72,7 +72,7 @@ class LastNameBefore {
     for (std::size_t i = 0; i < names_.size(); ++i) {
       if (index.insert(names_[i]).second) strip_of.push_back(static_cast<std::uint32_t>(i));
     }
-    each_counted_text(bytes_, 0, bytes_.size(), 1, 80, [&](std::uint64_t p, std::string_view text) {
+    each_counted_text<1, 80>(bytes_, 0, bytes_.size(), [&](std::uint64_t p, std::string_view text) {
       if (const auto number = index.find(text)) found_.emplace_back(p, strip_of[*number]);
       return true;
     });
@@ -173,7 +173,7 @@ std::vector<StripRecord> read_strip_records(const SessionImage& image, const std
       SendRecord send;
       send.bus = *bus;
       send.level_db = levels[i].fader / 10.0;
-      strip.sends.push_back(std::move(send));
+      strip.sends.push_back(send);
     }
   }
   return strips;

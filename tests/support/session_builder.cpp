@@ -348,7 +348,8 @@ void SessionBuilder::write_clips(BlockWriter& w, const Tables& tables) const {
       const auto& [clip, leg, channels, gain] = tables.legs[i];
       w.open(old ? 0x1008 : 0x2629, 5).open(old ? 0x1007 : 0x2628, 2);
       w.text(clip->clip_name + leg_suffix(leg, channels));
-      w.three_point(clip->source_offset, clip->clip_length, layout.old_placements ? clip->start : 0, clip->sync_point);
+      w.three_point(clip->source_offset, clip->clip_length, layout.old_placements ? clip->start + clip->sync_point : 0,
+                    clip->sync_point);
       w.bytes({0xfe, 0xff, 0, 0, 0, 0, 0xff, 0xff, 4, 0, 4, 0}).zeros(9);
       marked_id(w, kClipId, i).u32(gain).close();
       w.u32(leg == 0 ? clip->file.first : clip->file.second).f32(1).f32(1).zeros(12).close();
@@ -390,7 +391,7 @@ void SessionBuilder::write_placements(BlockWriter& w, const Tables& tables) cons
         for (std::size_t i = 0; i < list.playlist->clips.size(); ++i) {
           w.open(0x100e).u16(0).u16(static_cast<unsigned>(list.first_leg + i * track.channels + leg)).u32(0).close();
         }
-        w.close().close();
+        w.close().zeros(2).close();  // never flush with its last entry
         continue;
       }
       entries.clear();
@@ -468,7 +469,7 @@ void SessionBuilder::write_midi(BlockWriter& w) const {
       w.open(0x1056).open(0x104f, 10).u8(clip.is_muted).u8(0).u32(number++).u8(0).u40(clip.start + kTickOrigin);
       w.zeros(3).u8(3).i16(-2).zeros(4).fill(8, 0xff).zeros(5).close().close();
     }
-    w.close();
+    w.u8(2).u8(0).close();
   }
   w.close();
 }

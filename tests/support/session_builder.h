@@ -185,7 +185,7 @@ class SessionBuilder {
 
   Track& track(std::string name, unsigned channels = 1) { return add(TrackKind::kAudio, std::move(name), channels); }
   Track& stereo_track(std::string name) { return track(std::move(name), 2).pan(-100, 100); }
-  Track& aux(std::string name, unsigned channels = 2) { return add(TrackKind::kAux, std::move(name), channels); }
+  Track& aux(std::string name) { return add(TrackKind::kAux, std::move(name), 2).pan(-100, 100); }
   Track& master(std::string name) { return add(TrackKind::kMaster, std::move(name), 2).pan(-100, 100); }
   Track& vca(std::string name) { return add(TrackKind::kVca, std::move(name), 1); }
   Track& video(std::string name) { return add(TrackKind::kVideo, std::move(name), 1); }

@@ -1,0 +1,16 @@
+// Large sessions, always the same for the same size.
+#pragma once
+
+#include <cstddef>
+
+#include "support/session_builder.h"
+
+namespace frt::bench {
+
+// A session of about that many bytes. Everything in it grows with the size: at 64 MiB 256 strips with ten playlists
+// each, some 25,000 entries of the clip list with fades, crossfades and gain, 370,000 MIDI notes, and plug-in state
+// and other opaque bytes that fill it up as they do in real sessions. Up to about 160 MiB the clip list stays within
+// the 65,536 entries that a session can number.
+test::SessionBuilder big_session(std::size_t bytes);
+
+}  // namespace frt::bench

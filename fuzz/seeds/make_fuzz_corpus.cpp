@@ -1,0 +1,112 @@
+// Makes the seeds of the session fuzz targets, in the corpus folder given: small sessions of every layout.
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <string>
+
+#include "support/session_builder.h"
+
+namespace {
+
+using namespace frt::test;
+
+void put(const std::filesystem::path& path, const std::vector<std::uint8_t>& bytes) {
+  std::ofstream(path, std::ios::binary)
+      .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+}
+
+// A mono track with three clips; what most seeds begin with.
+Track& small_track(SessionBuilder& s) {
+  const AudioFile file = s.audio_file("Vox.wav", 480000);
+  Track& t = s.track("Vox").fader_db(-3).pan(-20).comment("dry");
+  t.clip(file).name("Vox-01").at(48000).length(48000).fade_in(480).gain_db(-2);
+  t.clip(file).name("Vox-02").at(96000).length(48000).offset(96000).fade_out(960, FadeShape::kSCurve).locked();
+  t.clip(file).name("Vox-03").at(400000).length(4800).sync(100).color(51).muted();
+  t.crossfade(96000, 480, 200);
+  return t;
+}
+
+struct Seed {
+  const char* name;
+  std::function<void(SessionBuilder&)> make;
+};
+
+const Seed kSeeds[] = {
+    {"empty", [](SessionBuilder&) {}},
+    {"mono", [](SessionBuilder& s) { small_track(s); }},
+    {"stereo",
+     [](SessionBuilder& s) {
+       const AudioFile file = s.stereo_file("Gtr", 96000);
+       s.stereo_track("Gtr").mute().solo().clip(file).fade_out(4800).gain_line({{0, 0}, {48000, -6}});
+     }},
+    {"surround", [](SessionBuilder& s) { s.track("Amb", 6).clip(s.audio_file("Amb.wav", 96000)); }},
+    {"playlists",
+     [](SessionBuilder& s) {
+       Track& t = small_track(s);
+       t.playlist("Vox.01").clip(t.playlists.front().clips.front().file).name("Vox-04").at(100).length(100);
+       t.playlist("?").clip(t.playlists.front().clips.front().file).name("Vox-05").deleted();
+     }},
+    {"nameless_ids",
+     [](SessionBuilder& s) {
+       s.layout.playlist_names = s.layout.playlist_ordinals = false;
+       Track& t = small_track(s);
+       t.playlist("Vox.01").clip(t.playlists.front().clips.front().file).name("Vox-04").at(100).length(100);
+     }},
+    {"ticks",
+     [](SessionBuilder& s) {
+       small_track(s).tick_based();
+       s.tempo_event(4 * kQuarter, 90).tempo_event(8 * kQuarter, 140).meter(0, 1, 4, 4).meter(4 * kQuarter, 2, 3, 4);
+       s.song_start(4800);
+     }},
+    {"old",
+     [](SessionBuilder& s) {
+       s.layout.old_clip_list = s.layout.old_placements = true;
+       s.layout.file_kinds = s.layout.settings_paths = s.layout.tempo_signature = s.layout.saved_by_at_end = false;
+       s.layout.extended_timecode = false;
+       s.saved_by("Pro Tools HD", "10.3.8").version(10);
+       small_track(s);
+     }},
+    {"locations",
+     [](SessionBuilder& s) {
+       s.marker("Verse", 96000).color(51);
+       s.region("Chorus", kQuarter, 8 * kQuarter).ticks();
+       s.timecode(5, 1800).extended_timecode(12, 3600).grid(0, 1, 240).recording(32, true, 4, 3);
+     }},
+    {"strips",
+     [](SessionBuilder& s) {
+       s.aux("Verb");
+       s.master("Master 1").fader_db(-1);
+       s.vca("All");
+       s.video("Film");
+     }},
+    {"midi",
+     [](SessionBuilder& s) {
+       s.midi_track("Keys").midi_clip("Keys-01", 0, 4 * kQuarter, {{0, kQuarter}, {kQuarter, kQuarter / 2, 64, 90}});
+       s.instrument("Pad").hide();
+     }},
+    {"rows_2024",
+     [](SessionBuilder& s) {
+       s.layout.row_entry = 72;
+       small_track(s).deactivate().turn_voice_off().solo_safe().automation_mode(3).renamed_from("Old");
+     }},
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const std::filesystem::path corpus = argc > 1 ? argv[1] : "fuzz/corpus";
+  for (const char* target : {"image_fuzz", "file_fuzz"}) std::filesystem::create_directories(corpus / target);
+  for (const Seed& seed : kSeeds) {
+    SessionBuilder s;
+    seed.make(s);
+    const std::vector<std::uint8_t> image = s.image();
+    put(corpus / "image_fuzz" / seed.name, {image.begin() + 20, image.end()});
+    put(corpus / "file_fuzz" / seed.name, encrypt(image));
+  }
+  std::vector<std::uint8_t> older = SessionBuilder().image();
+  older[18] = 1;
+  put(corpus / "file_fuzz" / "older_family", encrypt(older));
+  put(corpus / "file_fuzz" / "nothing", {});
+  std::printf("%zu sessions\n", std::size(kSeeds));
+}

@@ -1,0 +1,190 @@
+// What no honest session holds: files cut anywhere, bytes changed, blocks nested without end, counts out of reach.
+// And what must not matter: earlier runs, locale, time zone, working directory.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <clocale>
+
+#include "run/conversion.h"
+#include "support/console.h"
+#include "support/convert.h"
+#include "support/process.h"
+
+namespace frt::test {
+namespace {
+
+SessionBuilder small_session() {
+  SessionBuilder s;
+  const AudioFile file = s.stereo_file("Gtr", 96000);
+  s.tempo_event(4 * kQuarter, 100).meter(0, 1, 4, 4).timecode(2, 90000).grid(0, 1, 0).marker("A", 48000).color(51);
+  Track& t = s.stereo_track("Gtr").fader_db(-3).comment("x");
+  t.clip(file).name("Gtr-01").at(48000).length(48000).fade_in(480).gain_line({{0, 0}, {48000, -6}});
+  t.clip(file).name("Gtr-02").at(96000).length(48000).offset(48000).fade_out(960).locked();
+  t.crossfade(96000, 480, 240);
+  t.playlist("Gtr.01").clip(file).name("Gtr-03").at(0).length(4800);
+  s.master("Master 1");
+  return s;
+}
+
+// A check of an image, run after run, without a folder for each.
+class Checker {
+ public:
+  int status(const std::vector<std::uint8_t>& file_bytes) {
+    options_.session_path = folder_.put("Song.ptx", file_bytes);
+    options_.check_only = true;
+    return run_conversion(options_, nullptr, nullptr).status;
+  }
+
+ private:
+  Console silent_;
+  TempFolder folder_;
+  ConversionOptions options_;
+};
+
+TEST(HostileSession, EveryTruncationEndsWell) {
+  const std::vector<std::uint8_t> file = small_session().file_bytes();
+  Checker checker;
+  for (std::size_t size = 0; size < file.size(); ++size) {
+    const int status = checker.status({file.begin(), file.begin() + static_cast<std::ptrdiff_t>(size)});
+    ASSERT_TRUE(status == 0 || status == 1) << size;
+    ASSERT_TRUE(size >= 21 || status == 1) << size;
+  }
+  EXPECT_EQ(checker.status(file), 0);
+}
+
+TEST(HostileSession, EveryChangedByteEndsWell) {
+  const std::vector<std::uint8_t> image = small_session().image();
+  Checker checker;
+  for (std::size_t at = 0; at < std::min<std::size_t>(image.size(), 4096); ++at) {
+    for (const unsigned value : {0x00, 0x01, 0x5a, 0x7f, 0xff}) {
+      if (image[at] == value) continue;
+      std::vector<std::uint8_t> changed = image;
+      changed[at] = static_cast<std::uint8_t>(value);
+      const int status = checker.status(encrypt(std::move(changed)));
+      ASSERT_TRUE(status == 0 || status == 1) << "byte " << at << " made " << value;
+    }
+  }
+}
+
+// One run of the program on an image, within the limits of time and memory that hold for every file.
+void expect_within_limits(const std::vector<std::uint8_t>& image, const char* what) {
+  const TempFolder folder;
+  const std::string path = folder.put("Song.ptx", encrypt(image));
+  const auto start = std::chrono::steady_clock::now();
+  const ProcessResult result = run_process(FERRITE_PROGRAM, {"--check", path});
+  const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
+  EXPECT_TRUE(result.status == 0 || result.status == 1) << what << ": " << result.status << result.err;
+  // Two seconds a megabyte; an unoptimised build under sanitizers gets ten times that.
+  EXPECT_LT(took.count(), 20.0 * std::max(1.0, static_cast<double>(image.size()) / 1048576)) << what;
+}
+
+// The blocks of a sound session with something behind them.
+std::vector<std::uint8_t> session_with(const std::vector<std::uint8_t>& more) {
+  std::vector<std::uint8_t> image = small_session().image();
+  image.insert(image.end(), more.begin(), more.end());
+  return image;
+}
+
+TEST(HostileSession, BlocksNestedAMillionDeep) {
+  constexpr std::uint32_t kDepth = 1'000'000;
+  for (const unsigned type : {0x1054, 0x1052, 0x261c, 0x261b, 0x2624, 0x262a, 0x7777}) {
+    BlockWriter w;
+    w.reserve(kDepth * 9);
+    // Each block's content is its content type and the next block.
+    for (std::uint32_t depth = 0; depth < kDepth; ++depth) w.u8('Z').u16(1).u32((kDepth - depth) * 9 - 7).u16(type);
+    expect_within_limits(session_with(w.take()), "nested");
+  }
+}
+
+TEST(HostileSession, BlocksThatOverlapWithoutEnd) {
+  // Every block reaches to the end of the file: as deep as the file is long, for each reader of ranges.
+  for (const unsigned type : {0x1029, 0x2619, 0x261b, 0x260c, 0x260d, 0x1052, 0x2519, 0x2637}) {
+    std::vector<std::uint8_t> image = small_session().image();
+    const std::size_t end = image.size() + 100'000 * 20;
+    BlockWriter w;
+    for (std::size_t at = image.size(); at < end; at += 20) {
+      w.u8('Z').u16(1).u32(static_cast<std::uint32_t>(end - at - 7)).u16(type).u32(3).raw("Gtr").zeros(4);
+    }
+    expect_within_limits(session_with(w.take()), "overlapping");
+  }
+}
+
+TEST(HostileSession, CountsNearTheirLimit) {
+  // Every u32 of the session in turn claims to be as large as it can be.
+  const std::vector<std::uint8_t> image = small_session().image();
+  Checker checker;
+  for (const std::uint32_t claim : {0xffffffffU, 0xfffffff0U, 0x7fffffffU}) {
+    for (std::size_t at = 20; at + 4 <= image.size(); ++at) {
+      std::vector<std::uint8_t> changed = image;
+      for (unsigned i = 0; i < 4; ++i) changed[at + i] = static_cast<std::uint8_t>(claim >> (8 * i));
+      const int status = checker.status(encrypt(std::move(changed)));
+      ASSERT_TRUE(status == 0 || status == 1) << "u32 at " << at;
+    }
+  }
+}
+
+TEST(HostileSession, TextCannotBreakALineOfTheProject) {
+  SessionBuilder s;
+  const AudioFile file = s.audio_file("Vox.wav", 96000);
+  s.track("Vox").comment("one\n  >\n>\r\ntwo").clip(file).name("a\"b'c`d");
+  s.marker("x\n  <TRACK", 100);
+  const Converted converted = convert(s);
+  EXPECT_EQ(converted.status, 0);
+  EXPECT_EQ(converted.project.find("\n  <TRACK\""), std::string::npos);
+  EXPECT_NE(converted.project.find("NAME \"a_b'c`d\""), std::string::npos);
+  int depth = 0;
+  for (std::size_t at = 0; at < converted.project.size(); at = converted.project.find('\n', at) + 1) {
+    const char first = converted.project[std::min(converted.project.find_first_not_of(' ', at),  //
+                                                  converted.project.size() - 1)];
+    depth += first == '<' ? 1 : first == '>' ? -1 : 0;
+    ASSERT_GE(depth, 0) << converted.project.substr(at, 80);
+  }
+  EXPECT_EQ(depth, 0);
+}
+
+TEST(Determinism, TwoRunsInOneProcessGiveTheSameBytes) {
+  const SessionBuilder session = small_session();
+  EXPECT_EQ(session.image(), session.image());
+  const Converted first = convert(session), second = convert(session);
+  EXPECT_EQ(first.status, 0);
+  EXPECT_EQ(first.project, second.project);
+  EXPECT_EQ(first.console, second.console);
+}
+
+TEST(Determinism, LocaleTimeZoneAndWorkingDirectoryDoNotMatter) {
+  const TempFolder folder, elsewhere;
+  small_session().save(folder.at("Song.ptx"));
+  const std::vector<std::string> arguments = {folder.at("Song.ptx"), "-o", folder.at("Song.rpp"), "--overwrite"};
+  const ProcessResult plain = run_process(FERRITE_PROGRAM, arguments);
+  ASSERT_EQ(plain.status, 0) << plain.out << plain.err;
+  const std::string project = read_text(folder.at("Song.rpp"));
+
+  ProcessSetup setup;
+  setup.folder = elsewhere.path().string();
+  setup.environment = {{"TZ", "Pacific/Kiritimati"}};
+  for (const char* locale : {"de_DE.UTF-8", "fr_FR.UTF-8", "C.UTF-8"}) {
+    setup.environment.emplace_back("LC_ALL", locale);
+    const ProcessResult moved = run_process(FERRITE_PROGRAM, arguments, setup);
+    EXPECT_EQ(moved.status, 0);
+    EXPECT_EQ(moved.out, plain.out) << locale;
+    EXPECT_EQ(read_text(folder.at("Song.rpp")), project) << locale;
+  }
+}
+
+// An embedding program may have set a locale whose decimal point is a comma.
+TEST(Determinism, AnEmbeddersLocaleDoesNotMatter) {
+  const Converted plain = convert(small_session());
+  for (const char* locale : {"de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8", "ru_RU.UTF-8"}) {
+    if (!std::setlocale(LC_ALL, locale)) continue;
+    const Converted converted = convert(small_session());
+    std::setlocale(LC_ALL, "C");
+    EXPECT_EQ(converted.project, plain.project) << locale;
+    EXPECT_EQ(converted.console, plain.console) << locale;
+    return;
+  }
+  GTEST_SKIP() << "no locale with a decimal comma on this machine";
+}
+
+}  // namespace
+}  // namespace frt::test
