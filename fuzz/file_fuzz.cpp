@@ -1,7 +1,7 @@
 // Arbitrary files under a session's name.
-#include "check_run.h"
+#include "support/check_run.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  frt::fuzz::check_run({data, data + size});
+  frt::test::check_run({data, data + size});
   return 0;
 }

@@ -28,7 +28,7 @@ using Names = std::vector<std::string_view>;
 
 struct Image {
   explicit Image(BlockWriter& w, std::size_t behind = 64) : Image(w.take(), behind) {}
-  explicit Image(std::vector<std::uint8_t> blocks, std::size_t behind = 64) : bytes(test::image_of(blocks)) {
+  explicit Image(const std::vector<std::uint8_t>& blocks, std::size_t behind = 64) : bytes(test::image_of(blocks)) {
     bytes.resize(bytes.size() + behind);
     session = SessionImage(ByteView(bytes.data(), bytes.size()));
   }

@@ -163,6 +163,7 @@ ReadResult read_stage(Run& run) {
   read_strip_lanes(image, run.strips);
   if (std::getenv("FRT_DUMP_LANES")) dump_lanes(run.strips);
   // Routing rows, inserts and the plug-in lists are read here when they are built.
+  run.counters.wide_strips = strips_of_unknown_width(run.strips);
   for (const StripRecord& strip : run.strips) run.counters.strips_with_mixer_data += strip.has_mixer_data;
   return ReadResult::kRead;
 }
@@ -249,6 +250,9 @@ void write_project(Run& run, TextTarget& target) {
                         .master_envelopes = envelopes},
                        run.counters);
   const StripIndex strips = index_strips(run.strips);
+  Names wide_strips;
+  for (const StripRecord& strip : run.strips)
+    if (strip.lane_count > 0 && !strip.known_width) wide_strips.emplace(strip.name);
   AudioItems items{.options = run.options, .media = run.media, .sample_rate = sample_rate};
   write_tracks(project, run.tracks,
                {.options = run.options,
@@ -256,7 +260,8 @@ void write_project(Run& run, TextTarget& target) {
                 .sample_rate = sample_rate,
                 .strips = strips,
                 .track_rows = run.track_rows,
-                .maps = run.maps},
+                .maps = run.maps,
+                .wide_strips = std::move(wide_strips)},
                items, run.counters, run.progress);
   project.text(">\n");
   project.flush();

@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "base/ranges.h"
+#include "base/text.h"
 #include "session/first_fit.h"
 
 namespace frt {
@@ -78,9 +79,18 @@ void read_panner(ByteView bytes, const LaneSet& lanes, StripRecord& strip) {
   }
 }
 
-void assign_by_place(ByteView bytes, const std::vector<std::uint64_t>& flat, StripRecord& strip) {
+// Editions of Pro Tools without trim automation (seen from 2014 to 2020) give a strip volume and mute, free, and one
+// pan lane a channel, each alone in a group; a master has its volume alone.
+bool lacks_trim(const LaneSet& lanes, std::size_t channels) {
+  return !lanes.grouped && lanes.free.size() == 2 && lanes.groups.size() == channels &&
+         std::all_of(lanes.groups.begin(), lanes.groups.end(), [](const auto& group) { return group.size() == 1; });
+}
+
+// `pair_without_trim`: four lanes are those of a stereo strip that has no trim.
+void assign_by_place(ByteView bytes, const std::vector<std::uint64_t>& flat, bool pair_without_trim,
+                     StripRecord& strip) {
   strip.lane_count = static_cast<std::uint32_t>(flat.size());
-  strip.is_stereo = flat.size() == 5;
+  strip.is_stereo = flat.size() == 5 || pair_without_trim;
   const std::size_t count = flat.size() > 5 ? 3 : flat.size();  // of six and more only the first three are known
   AutomationLane StripRecord::*const roles[] = {
       &StripRecord::volume_lane, &StripRecord::mute_lane, &StripRecord::pan_lane,
@@ -208,15 +218,29 @@ void read_strip_lanes(const SessionImage& image, std::vector<StripRecord>& strip
 
     LaneSet lanes = collect_lanes(image, scope.start, scope.end());
     read_panner(image.bytes(), lanes, strip);
-    const bool by_width = lanes.grouped && row.content_type != kMasterRow;
+    const bool is_master = row.content_type == kMasterRow;
+    const bool one = !is_master && lacks_trim(lanes, 1), two = !is_master && lacks_trim(lanes, 2);
+    const bool by_width = two || (lanes.grouped && !is_master);
     const int width = by_width ? width_code(image, row.start, row.end(), any_block) : -1;
-    assign_by_place(image.bytes(), lanes_by_place(lanes, width), strip);
+    const bool pair_without_trim = two && width == 1;
+    assign_by_place(image.bytes(), lanes_by_place(lanes, width), pair_without_trim, strip);
+    strip.known_width = one || pair_without_trim || (is_master && strip.lane_count == 1) || strip.lane_count == 2 ||
+                        strip.lane_count == 4 || strip.lane_count == 5;
     const std::size_t points = point_count(strip);
     if (strip.is_stereo) derive_dual_pan(strip);
     rest_fader(strip);
     if (points > left.points) return;
     left.points -= points;
   }
+}
+
+std::vector<std::string> strips_of_unknown_width(const std::vector<StripRecord>& strips) {
+  std::vector<std::string> names;
+  for (const StripRecord& strip : strips) {
+    if (!strip.has_mixer_data || strip.known_width || strip.lane_count == 0) continue;
+    names.push_back(std::string(strip.name) + format_text(" (%u control slots)", strip.lane_count));
+  }
+  return names;
 }
 
 void dump_lanes(const std::vector<StripRecord>& strips) {

@@ -175,6 +175,7 @@ struct StripRecord {
   // Filled from the strip's automation lanes.
   std::uint32_t lane_count = 0;
   bool is_stereo = false;
+  bool known_width = false;  // the number of its lanes is that of a mono or a stereo strip
   std::int32_t dual_pan = 0;
   AutomationLane volume_lane, mute_lane, pan_lane, trim_lane, right_pan_lane, dual_left_lane;
   bool has_panner_level = false;

@@ -531,7 +531,9 @@ void SessionBuilder::write_row(BlockWriter& w, const Tables& tables, std::size_t
     write_lane(w, track.is_muted);
     for (unsigned side = 0; side < 2; ++side) {
       w.open(0x260c, 2);
-      if (side == 0 || track.channels > 1) write_lane(w, side == 0 ? track.left_pan : track.right_pan);
+      // Wider strips have a panner on either side, of seven lanes each.
+      const unsigned lanes = track.channels > 2 ? 7 : side == 0 || track.channels == 2;
+      for (unsigned i = 0; i < lanes; ++i) write_lane(w, i > 0 ? 0 : side == 0 ? track.left_pan : track.right_pan);
       w.zeros(13).close();
     }
     write_lane(w, 0);

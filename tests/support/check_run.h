@@ -1,4 +1,5 @@
-// What the session fuzz targets do with a file's bytes: a whole conversion that writes nothing.
+// A whole conversion of a file's bytes that writes nothing, for those who make many: fuzz targets and loops over
+// damaged sessions. The bytes stand in memory only.
 #pragma once
 
 #include <sys/mman.h>
@@ -11,12 +12,12 @@
 
 #include "ptf/ptf_format.h"
 #include "run/conversion.h"
-#include "run/text_output.h"
+#include "support/console.h"
 
-namespace frt::fuzz {
+namespace frt::test {
 
-inline void check_run(const std::vector<std::uint8_t>& file_bytes) {
-  static NullSink silent;
+// The status of the run.
+inline int check_run(const std::vector<std::uint8_t>& file_bytes) {
   static const int file = ::memfd_create("session.ptx", 0);
   if (::ftruncate(file, 0) != 0) std::abort();
   for (std::size_t at = 0; at < file_bytes.size();) {
@@ -24,13 +25,13 @@ inline void check_run(const std::vector<std::uint8_t>& file_bytes) {
     if (written <= 0) std::abort();
     at += static_cast<std::size_t>(written);
   }
-  text_sink = &silent;
+  const Console silent;
   PTFFormat::allow_unknown_version = false;
   ConversionOptions options;
   options.session_path = "/proc/self/fd/" + std::to_string(file);
   options.check_only = true;
   ConversionResult result;
-  run_conversion(options, &result, nullptr);
+  return run_conversion(options, &result, nullptr).status;
 }
 
-}  // namespace frt::fuzz
+}  // namespace frt::test
