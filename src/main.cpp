@@ -1,5 +1,6 @@
 #include <csignal>
 
+#include "base/memory.h"
 #include "run/entry.h"
 
 int main(int argc, char** argv) {
@@ -8,5 +9,6 @@ int main(int argc, char** argv) {
   std::signal(SIGPIPE, SIG_IGN);
   std::signal(SIGXFSZ, SIG_IGN);
 #endif
+  frt::prefer_large_pages();
   return frt::run_entry(argc, argv);
 }

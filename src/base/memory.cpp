@@ -1,0 +1,31 @@
+#include "base/memory.h"
+
+#include <cstdlib>  // tells which C library this is
+
+#if defined(__GLIBC__) && !defined(__SANITIZE_ADDRESS__)
+#include <malloc.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <climits>
+#include <cstddef>
+#include <cstdint>
+#endif
+
+namespace frt {
+
+void prefer_large_pages() {
+#if defined(__GLIBC__) && !defined(__SANITIZE_ADDRESS__) && defined(MADV_HUGEPAGE)
+  // Only addresses are set aside here; memory is used as it is touched.
+  constexpr int kRegion = 1 << 30;
+  constexpr std::uintptr_t kLargePage = std::uintptr_t{2} << 20;
+  mallopt(M_MMAP_MAX, 0);
+  mallopt(M_TRIM_THRESHOLD, INT_MAX);
+  mallopt(M_TOP_PAD, kRegion);
+  std::free(std::malloc(std::size_t{1} << 20));  // more than what start-up left over: this sets the region aside
+  const auto end = reinterpret_cast<std::uintptr_t>(sbrk(0)) / kLargePage * kLargePage;
+  if (end > kRegion) madvise(reinterpret_cast<void*>(end - kRegion), kRegion, MADV_HUGEPAGE);
+#endif
+}
+
+}  // namespace frt
