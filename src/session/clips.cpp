@@ -31,6 +31,8 @@ constexpr std::uint64_t kMuted = 11, kPassedOver = 2;
 namespace track_entry {
 constexpr std::uint64_t kName = 2, kChannels = 7, kFirstChannel = 11;
 constexpr std::uint32_t kMostChannels = 1024;
+// A damaged count makes a name of the rest of the session; its tracks would each carry a copy of it.
+constexpr std::size_t kLongestName = 512;
 }  // namespace track_entry
 // Notes: "MdNLB", u32 count at +11, then 35 bytes a note; the chunk's zero is the first note's position.
 namespace note_chunk {
@@ -132,7 +134,7 @@ TrackNames read_audio_tracks(ByteView image, const std::vector<Block>& roots) {
       for (std::uint32_t k = 0; k < channels; ++k) {
         const auto number = image.u16(behind + track_entry::kFirstChannel + 2 * k);
         if (!number) break;
-        tracks.emplace(*number, name);
+        tracks.emplace(*number, name.substr(0, track_entry::kLongestName));
       }
     }
   }

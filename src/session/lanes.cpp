@@ -79,11 +79,12 @@ void read_panner(ByteView bytes, const LaneSet& lanes, StripRecord& strip) {
   }
 }
 
-// Editions of Pro Tools without trim automation (seen from 2014 to 2020) give a strip volume and mute, free, and one
-// pan lane a channel, each alone in a group; a master has its volume alone.
+// Editions of Pro Tools without trim automation (seen from 2014 to 2020) give a strip two groups, with one pan lane
+// alone in a group for each channel; volume and mute stand free, on a master volume alone. Then the lanes are those of
+// a strip of so many channels, 0 for a master.
 bool lacks_trim(const LaneSet& lanes, std::size_t channels) {
-  return !lanes.grouped && lanes.free.size() == 2 && lanes.groups.size() == channels &&
-         std::all_of(lanes.groups.begin(), lanes.groups.end(), [](const auto& group) { return group.size() == 1; });
+  if (lanes.grouped || lanes.groups.size() != 2 || lanes.free.size() != (channels == 0 ? 1 : 2)) return false;
+  return lanes.groups[0].size() == (channels > 0 ? 1 : 0) && lanes.groups[1].size() == (channels > 1 ? 1 : 0);
 }
 
 // `pair_without_trim`: four lanes are those of a stereo strip that has no trim.
@@ -219,13 +220,14 @@ void read_strip_lanes(const SessionImage& image, std::vector<StripRecord>& strip
     LaneSet lanes = collect_lanes(image, scope.start, scope.end());
     read_panner(image.bytes(), lanes, strip);
     const bool is_master = row.content_type == kMasterRow;
-    const bool one = !is_master && lacks_trim(lanes, 1), two = !is_master && lacks_trim(lanes, 2);
-    const bool by_width = two || (lanes.grouped && !is_master);
+    const bool two_without_trim = !is_master && lacks_trim(lanes, 2);
+    const bool one_or_master_without_trim = lacks_trim(lanes, 1) || lacks_trim(lanes, 0);
+    const bool by_width = two_without_trim || (lanes.grouped && !is_master);
     const int width = by_width ? width_code(image, row.start, row.end(), any_block) : -1;
-    const bool pair_without_trim = two && width == 1;
+    const bool pair_without_trim = two_without_trim && width == 1;
     assign_by_place(image.bytes(), lanes_by_place(lanes, width), pair_without_trim, strip);
-    strip.known_width = one || pair_without_trim || (is_master && strip.lane_count == 1) || strip.lane_count == 2 ||
-                        strip.lane_count == 4 || strip.lane_count == 5;
+    strip.known_width =
+        one_or_master_without_trim || strip.lane_count == 2 || strip.lane_count == 4 || strip.lane_count == 5;
     const std::size_t points = point_count(strip);
     if (strip.is_stereo) derive_dual_pan(strip);
     rest_fader(strip);

@@ -63,10 +63,14 @@ std::vector<std::pair<double, double>> gain_in_item(const OutputItem& item, doub
   return inside;
 }
 
-void write_gain_envelope(ProjectText& out, const OutputItem& item, double sample_rate, RunCounters& counters) {
+void write_gain_envelope(ProjectText& out, const OutputItem& item, AudioItems& items, RunCounters& counters) {
   if (!item.gain_envelope || item.gain_envelope->size() < 2) return;
-  const auto points = gain_in_item(item, sample_rate);
-  if (points.size() < 2) return;
+  const std::uint64_t to_walk = item.gain_envelope->size() / 8;
+  if (to_walk > items.gain_points_left) return;
+  const auto points = gain_in_item(item, items.sample_rate);
+  const std::uint64_t cost = std::min(to_walk + points.size(), items.gain_points_left);
+  items.gain_points_left -= cost;
+  if (points.size() < 2 || cost < points.size()) return;
   out.text(
       "      <VOLENV\n        ACT 1 -1\n        VIS 1 1 1\n"
       "        LANEHEIGHT 0 0\n        ARM 0\n"
@@ -142,7 +146,7 @@ void write_item(ProjectText& out, const OutputItem& item, const LanePlace& lane,
     }
     out.general(item.pan_side).text(item.polarity ? " -1 -1\n" : " 1 -1\n");
   }
-  write_gain_envelope(out, item, items.sample_rate, counters);
+  write_gain_envelope(out, item, items, counters);
   // A clip edited in Melodyne names its GUID and its audio archive here, by its number `next_item`.
   const MediaPath& media = resolve_media_path(items.media, item.file_name, item.file_index, counters);
   if (!media.in_media_folder) ++counters.clips_in_sibling_folders;

@@ -17,6 +17,9 @@ struct AudioItems {
   MediaFolders& media;
   double sample_rate = 48000.0;
   std::uint64_t next_item = 0;  // runs over all audio items of the project
+  // A clip's gain line is written again for each of its placements. No project comes near this many points; a session
+  // made to multiply one long line by thousands of placements ends here, and further lines are left out.
+  std::uint64_t gain_points_left = 4'000'000;
 };
 
 // Writes a track's own items, then those of each of its lanes, in list order.

@@ -45,6 +45,10 @@ char quoted_byte(char c, char delimiter) {
   return c == '\r' || c == '\n' || c == '\t' || c == '\0' ? ' ' : c;
 }
 
+// No name that Pro Tools or a disc holds is near this long. A count gone wrong can make a name of the rest of the
+// session, which would be written again for each of its placements.
+constexpr std::size_t kLongestText = 8192;
+
 char* put_quoted(char* out, std::string_view text) {
   const char delimiter = delimiter_for(text);
   *out++ = delimiter;
@@ -58,6 +62,7 @@ std::size_t digits_room(int digits) { return kNumberRoom + static_cast<std::size
 }  // namespace
 
 std::string quote_rpp_string(std::string_view text) {
+  text = text.substr(0, kLongestText);
   std::string out(text.size() + 2, '\0');
   put_quoted(out.data(), text);
   return out;
@@ -141,6 +146,7 @@ ProjectText& ProjectText::integer(long long value) {
 }
 
 ProjectText& ProjectText::quoted(std::string_view value) {
+  value = value.substr(0, kLongestText);
   char* out = room(value.size() + 2);
   used_ += static_cast<std::size_t>(put_quoted(out, value) - out);
   return *this;
