@@ -27,7 +27,7 @@ constexpr std::int64_t position_of(Key key) { return static_cast<std::int64_t>(k
 // Keys, each of which can be taken once.
 class KeySet {
  public:
-  void add(Key key) { keys_.push_back({key, false}); }
+  void add(Key key) { keys_.emplace_back(key, false); }
   void close() {
     std::sort(keys_.begin(), keys_.end());
     keys_.erase(std::unique(keys_.begin(), keys_.end()), keys_.end());
@@ -205,7 +205,7 @@ class PlacementSorter {
     const std::vector<Fate> fates = decide(track.clips, keep_fade_clips);
     const auto number_of = [&](Fate fate) { return static_cast<int>(std::count(fates.begin(), fates.end(), fate)); };
     const int fade_clips = number_of(Fate::kFadeClip), deleted = number_of(Fate::kDeleted);
-    if (static_cast<std::size_t>(fade_clips + deleted) == fates.size()) return;
+    if (fade_clips + deleted == static_cast<int>(fates.size())) return;
     counters.fade_clips_dropped += fade_clips;
     counters.deleted_placements += deleted;
 

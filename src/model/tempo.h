@@ -13,8 +13,8 @@ inline constexpr double kTicksPerQuarter = 960000.0;
 inline constexpr std::uint64_t kTickOrigin = 1000000000000;
 
 struct TempoMap {
-  double session_tempo = 120.0;     // BPM
-  std::vector<TempoEvent> events;   // empty or at least two; ticks never go down
+  double session_tempo = 120.0;    // BPM
+  std::vector<TempoEvent> events;  // empty or at least two; ticks never go down
   // Where the song starts on the timeline, in seconds; 0 in all but sessions with a song start of their own.
   double song_start = 0.0;
   // With a song start and no map: the tick that lies at the song start.

@@ -40,10 +40,10 @@ struct OutputItem {
   std::vector<std::pair<double, double>> warp;  // item time, source time
   // Clip gain line: a view into the run's gain table; empty for none.
   const std::vector<GainPoint>* gain_envelope = nullptr;
-  double pan_side = 0;      // -1 and 1 for the legs of a folded stereo pair
-  std::int32_t color = -2;  // palette index, -2 for none
+  double pan_side = 0;           // -1 and 1 for the legs of a folded stereo pair
+  std::int32_t color = -2;       // palette index, -2 for none
   std::uint32_t clip_color = 0;  // the clip's colour in REAPER's form, 0 for none
-  double sync_offset = 0;   // from the clip's start to its sync point
+  double sync_offset = 0;        // from the clip's start to its sync point
   std::int32_t ara_index = -1;
   double original_length = 0, original_offset = 0, original_position = 0;
 };
@@ -53,8 +53,8 @@ struct TrackNode {
   std::uint16_t track_index = 0;         // closed up
   std::uint16_t stored_track_index = 0;  // as the session numbers it
   std::string_view name;
-  bool ticks = false;   // tick-based, else sample-based
-  bool paired = false;  // bound to a playlist record
+  bool ticks = false;          // tick-based, else sample-based
+  bool paired = false;         // bound to a playlist record
   std::int64_t playlist = -1;  // index of the paired PlaylistRecord, -1 for none
   // The name of the paired record, empty for none; where records go by number, a record without a name bears its
   // track's.

@@ -10,7 +10,7 @@ namespace frt {
 
 // How a run ended.
 struct RunOutcome {
-  int status = 1;  // 0 done, 1 every failure
+  int status = 1;                            // 0 done, 1 every failure
   std::string problem_kind, problem_detail;  // empty unless something went wrong on this program's side
   std::string summary_line;                  // empty on a run that never reached the report stage
 };

@@ -44,7 +44,7 @@ struct RunCounters {
   int notes_past_clip_edges = 0;  // cut under --truncate-midi-to-clip, else their items were lengthened
 
   // Folding.
-  int owner_matches = 0;       // alternate playlists matched to their parent track
+  int owner_matches = 0;  // alternate playlists matched to their parent track
   int stereo_merges = 0;
   int surround_folds = 0;
   int alternate_playlists = 0;  // all that the session holds
@@ -52,7 +52,7 @@ struct RunCounters {
   int lanes = 0;
 
   // Order.
-  int empty_tracks = 0;          // strips without clips
+  int empty_tracks = 0;           // strips without clips
   int homeless_lanes_folded = 0;  // lanes folded into a parent that has no clips of its own
   int freeze_records = 0;
   int frozen_tracks_delivered = 0;  // under --keep-frozen; built later
@@ -84,15 +84,15 @@ struct RunCounters {
   int clips_written = 0;
   int midi_notes = 0;
   int colored_tracks = 0, uncolored_tracks = 0;
-  int coded_color_tracks = 0;    // coloured by the session's colour coding
-  int automated_tracks = 0;      // set to Read
+  int coded_color_tracks = 0;  // coloured by the session's colour coding
+  int automated_tracks = 0;    // set to Read
   int faders_at_unity = 0;
   int automation_points = 0, tracks_with_points = 0;
   int surround_pan_points = 0;  // pan points of wide strips, not written
   int surround_pan_strips = 0;  // wide strips that have such points
   int timebase_time = 0, timebase_beats = 0, timebase_beats_position = 0;
   int tracks_with_height = 0;
-  int surround_aux_widths = 0;        // auxes as wide as the surround bus they take
+  int surround_aux_widths = 0;         // auxes as wide as the surround bus they take
   int surround_panner_lanes_left = 0;  // panner lanes not written
   // Muted tracks that feed a pre-fader send: faders down instead of muted, and those that stay muted.
   std::vector<std::string> prefader_faders_down, prefader_kept_muted;

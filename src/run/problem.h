@@ -6,7 +6,7 @@
 namespace frt {
 
 struct Problem {
-  std::string kind;    // "unreadable", "unmatched-tracks", or empty
+  std::string kind;  // "unreadable", "unmatched-tracks", or empty
   std::string detail;
 
   // The first problem of a run is the one reported.

@@ -27,8 +27,8 @@ class NullSink : public FrtSink {
   void write(const char* text) override;
 };
 
-extern FrtSink* text_sink;         // null: straight to standard output
-extern std::string* text_capture;  // null: nothing is captured
+extern FrtSink* text_sink;          // null: straight to standard output
+extern std::string* text_capture;   // null: nothing is captured
 extern std::string* report_target;  // the report under construction; null outside the report stage
 
 // Formats the text, appends it to `text_capture` if set, then gives it to the sink. Up to 4095 characters no

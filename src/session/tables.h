@@ -17,7 +17,7 @@ namespace frt {
 // ---- audio files (0x103a) ----
 
 struct AudioFileEntry {
-  std::string_view name;   // without folder
+  std::string_view name;  // without folder
   std::uint16_t index = 0;
 };
 
@@ -69,9 +69,9 @@ struct Placement {
   // The track's number before the numbers were closed up (audio).
   std::uint16_t stored_track_index = 0;
   std::uint32_t clip = 0;
-  std::uint32_t raw_start = 0;          // audio: the position's low 32 bits as stored
-  std::uint64_t position40 = 0;         // audio: the position's 40 bits as stored
-  std::int64_t start = 0;               // audio: raw_start (or the clip's own); MIDI: ticks from the tick origin
+  std::uint32_t raw_start = 0;   // audio: the position's low 32 bits as stored
+  std::uint64_t position40 = 0;  // audio: the position's 40 bits as stored
+  std::int64_t start = 0;        // audio: raw_start (or the clip's own); MIDI: ticks from the tick origin
   bool muted = false;
 };
 
@@ -110,7 +110,7 @@ struct PlaylistEntry {
 
 struct PlaylistRecord {
   std::string_view name;
-  bool ticks = false;              // timebase byte 2, else samples
+  bool ticks = false;                  // timebase byte 2, else samples
   std::vector<PlaylistEntry> entries;  // those that hold a 0x104f
   std::uint32_t entry_count = 0;       // as the block states it, with or without a 0x104f
   std::uint64_t start = 0;             // the block's position in the image
@@ -233,7 +233,7 @@ struct MeterEvent {
 struct MemoryLocation {
   std::string_view name;
   std::uint8_t flags = 0;
-  std::int32_t kind = 0;  // 0 time property none, 1 marker, 2 selection
+  std::int32_t kind = 0;      // 0 time property none, 1 marker, 2 selection
   double start = 0, end = 0;  // ticks, or samples if in_samples
   std::int32_t palette = -2;
   std::int32_t marker_color = -1;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <optional>
 #include <string_view>
 
@@ -112,8 +111,7 @@ TempoMap read_tempo(const SessionImage& image, double sample_rate, double tempo_
       map.song_start_tick = first_event.tick;
     }
   }
-  const bool overridden = tempo_override > 0.0 && std::isfinite(tempo_override);
-  map.session_tempo = overridden ? tempo_override : find_tempo(bytes, stored_tempo);
+  map.session_tempo = tempo_override > 0.0 ? tempo_override : find_tempo(bytes, stored_tempo);
 
   if (run.count > 1) {  // one tempo is no map
     map.events.reserve(run.count);

@@ -11,8 +11,8 @@ namespace frt {
 double find_tempo(ByteView image, double fallback);
 
 // The session's tempo map (blocks 0x2028 tagged "Tempo"), indexed for conversions. `sample_rate` in Hz places
-// a song start (48000 stands in for 0). `tempo_override` in BPM, if above 0 and finite, replaces the session's
-// one tempo but not the map. Without any tempo record the map is empty and the tempo is find_tempo's, or 120.
+// a song start (48000 stands in for 0). `tempo_override` in BPM, if above 0, replaces the session's one
+// tempo but not the map. Without any tempo record the map is empty and the tempo is find_tempo's, or 120.
 TempoMap read_tempo(const SessionImage& image, double sample_rate, double tempo_override);
 
 }  // namespace frt

@@ -19,9 +19,9 @@ std::string make_guid(std::uint32_t seed);
 
 // Seeds keep the namespaces of identifiers apart.
 namespace guid_seed {
-constexpr std::uint32_t kMarker = 0x4D41524B;  // + n, from 1
-constexpr std::uint32_t kTrack = 1;            // + i
-constexpr std::uint32_t kTrackId = 9001;       // + i
+constexpr std::uint32_t kMarker = 0x4D41524B;       // + n, from 1
+constexpr std::uint32_t kTrack = 1;                 // + i
+constexpr std::uint32_t kTrackId = 9001;            // + i
 constexpr std::uint32_t kCommentItem = 0x7C000000;  // + the track's seed
 constexpr std::uint32_t kSoloKeeper = 69999;
 }  // namespace guid_seed
@@ -39,7 +39,7 @@ class ProjectText {
 
   // For lines printed by the ten thousand: pieces without a format to parse.
   ProjectText& text(std::string_view piece);
-  ProjectText& fixed(double value, int digits);       // as "%.<digits>f"
+  ProjectText& fixed(double value, int digits);        // as "%.<digits>f"
   ProjectText& general(double value, int digits = 6);  // as "%.<digits>g"
   ProjectText& integer(long long value);               // as "%lld"
   ProjectText& quoted(std::string_view value);         // quote_rpp_string

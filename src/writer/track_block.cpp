@@ -354,7 +354,7 @@ class TrackWriter {
   void write_lane_names(const OutputTrack& track) {
     if (track.lanes.empty()) return;
     out_.text("    FIXEDLANES 9 0 0 0 0\n    LANESOLO 1 0 0 0 0 0 0 0\n    ITEMLANES ")
-        .integer(static_cast<long long>(track.lanes.size() + 1))
+        .integer(static_cast<long long>(track.lanes.size()) + 1)
         .text("\n    LANENAME ")
         .quoted(track_key(track));
     for (const Lane& lane : track.lanes) out_.text(" ").quoted(lane.name);

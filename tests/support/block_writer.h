@@ -53,7 +53,8 @@ class BlockWriter {
 
   // A number in that many bytes, lowest first.
   BlockWriter& number(std::uint64_t value, unsigned width) {
-    for (unsigned i = 0; i < width; ++i) out_.push_back(i < 8 ? static_cast<std::uint8_t>(value >> (8 * i)) : 0);
+    for (unsigned i = 0; i < width; ++i)
+      out_.push_back(i < 8 ? static_cast<std::uint8_t>(value >> (8 * i)) : std::uint8_t{0});
     return *this;
   }
   // A counted text: u32 length, then its bytes.
