@@ -210,9 +210,11 @@ TEST(TempoMapBlocks, AnOverrideReplacesTheTempoAndLeavesTheMap) {
   EXPECT_EQ(dump(map), "100@0 200@960000 ");
   EXPECT_EQ(map.seconds_of_ticks(kQuarter), 0.6);
   // No tempo at all: ignored.
-  for (const double odd :
-       {-1.0, 0.0, std::numeric_limits<double>::infinity(), std::numeric_limits<double>::quiet_NaN()})
+  for (const double odd : {-1.0, 0.0, std::numeric_limits<double>::quiet_NaN()})
     EXPECT_EQ(map_of({two}, odd).session_tempo, 100) << odd;
+  // Whatever is above 0 was asked for.
+  for (const double odd : {1e-320, 1e308, std::numeric_limits<double>::infinity()})
+    EXPECT_EQ(map_of({two}, odd).session_tempo, odd);
 }
 
 // Blocks whose headers stand inside the records of the block before: read one by one they would cost the square

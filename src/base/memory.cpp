@@ -23,8 +23,9 @@ void prefer_large_pages() {
   mallopt(M_TRIM_THRESHOLD, INT_MAX);
   mallopt(M_TOP_PAD, kRegion);
   std::free(std::malloc(std::size_t{1} << 20));  // more than what start-up left over: this sets the region aside
-  const auto end = reinterpret_cast<std::uintptr_t>(sbrk(0)) / kLargePage * kLargePage;
-  if (end > kRegion) madvise(reinterpret_cast<void*>(end - kRegion), kRegion, MADV_HUGEPAGE);
+  char* const end = static_cast<char*>(sbrk(0));
+  const std::uintptr_t beyond = reinterpret_cast<std::uintptr_t>(end) % kLargePage;
+  if (reinterpret_cast<std::uintptr_t>(end) - beyond > kRegion) madvise(end - beyond - kRegion, kRegion, MADV_HUGEPAGE);
 #endif
 }
 
