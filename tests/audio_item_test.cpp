@@ -9,35 +9,24 @@
 #include <utility>
 #include <vector>
 
+#include "support/project_text.h"
 #include "support/temp_folder.h"
 
 namespace frt {
 namespace {
 
-class StringTarget final : public TextTarget {
- public:
-  bool write(const char* data, std::size_t n) override {
-    text.append(data, n);
-    return true;
-  }
-  std::string text;
-};
+using test::Lines;
+using test::lines_of;
 
 struct Project {
   ConversionOptions options;
   AudioFileFolders file_folders;
   RunCounters counters;
-  double sample_rate = 1000.0;
 
   std::string items_of(const OutputTrack& track) {
     MediaFolders media{"/media", "", file_folders};
-    AudioItems items{options, media, sample_rate};
-    StringTarget target;
-    {
-      ProjectText out(target);
-      write_audio_items(out, track, items, counters);
-    }
-    return target.text;
+    AudioItems items{options, media, 1000.0};
+    return test::written_by([&](ProjectText& out) { write_audio_items(out, track, items, counters); });
   }
   std::string item(const OutputItem& item) {
     OutputTrack track;
@@ -53,43 +42,6 @@ OutputItem plain_item() {
   item.clip_name = "Vox_01";
   item.file_name = "vox.wav";
   return item;
-}
-
-// The lines of a text that begin with the word given, blanks aside.
-std::string lines_of(const std::string& text, std::string_view word) {
-  std::string found;
-  for (std::size_t at = 0; at < text.size();) {
-    const std::size_t end = text.find('\n', at);
-    const std::string line = text.substr(at, end - at);
-    const std::size_t first = line.find_first_not_of(' ');
-    if (first != std::string::npos && std::string_view(line).substr(first).starts_with(word)) found += line + "\n";
-    at = end + 1;
-  }
-  return found;
-}
-
-TEST(AudioItem, APlainClip) {
-  Project project;
-  EXPECT_EQ(project.item(plain_item()),
-            "    <ITEM\n"
-            "      POSITION 1.5000000000\n"
-            "      SNAPOFFS 0\n"
-            "      LENGTH 2.0000000000\n"
-            "      LOOP 0\n"
-            "      ALLTAKES 0\n"
-            "      FADEIN 0 0.0000000000 0 0 0 0 0\n"
-            "      FADEOUT 0 0.0000000000 0 0 0 0 0\n"
-            "      MUTE 0 0\n"
-            "      SOFFS 0.0000000000\n"
-            "      PLAYRATE 1.000000000 1 0.000000 -1 0 0.0025\n"
-            "      CHANMODE 0\n"
-            "      NAME \"Vox_01\"\n"
-            "      <SOURCE WAVE\n"
-            "        FILE \"/media/vox.wav\"\n"
-            "      >\n"
-            "    >\n");
-  EXPECT_EQ(project.counters.clips_written, 1);
-  EXPECT_EQ(project.counters.sync_point_clips + project.counters.locked_clips + project.counters.gain_envelopes, 0);
 }
 
 TEST(AudioItem, AClipWithEverything) {
@@ -111,40 +63,44 @@ TEST(AudioItem, AClipWithEverything) {
   item.clip_name = "a \"quoted\" name";
   const std::vector<GainPoint> line = {{12125, 0.0}, {13125, -20.0}};
   item.gain_envelope = &line;
-  EXPECT_EQ(project.item(item),
-            "    <ITEM\n"
-            "      POSITION 0.3333333333\n"
-            "      SNAPOFFS 0.25\n"
-            "      LENGTH 2.0000000000\n"
-            "      LOOP 0\n"
-            "      ALLTAKES 0\n"
-            "      FADEIN 5.1 0.5000000000 0 5.1 0 0 0\n"
-            "      FADEOUT 1 0.0625000000 0 1 0 0 0\n"
-            "      MUTE 1 0\n"
-            "      LOCK 1\n"
-            "      SOFFS 12.1250000000\n"
-            "      COLOR 16777217 R\n"
-            "      PLAYRATE 1.250000000 1 -2.500000 -1 0 0.0025\n"
-            "      CHANMODE 0\n"
-            "      NAME 'a \"quoted\" name'\n"
-            "      VOLPAN 0.501187234 1 -1 -1\n"
-            "      <VOLENV\n"
-            "        ACT 1 -1\n"
-            "        VIS 1 1 1\n"
-            "        LANEHEIGHT 0 0\n"
-            "        ARM 0\n"
-            "        DEFSHAPE 0 -1 -1\n"
-            "        VOLTYPE 1\n"
-            "        PT 0.0000000000 1.000000000 0\n"
-            "        PT 1.0000000000 0.100000000 0\n"
-            "      >\n"
-            "      <SOURCE WAVE\n"
-            "        FILE \"/media/vox.wav\"\n"
-            "      >\n"
-            "    >\n");
+  EXPECT_EQ(project.item(item), R"text(    <ITEM
+      POSITION 0.3333333333
+      SNAPOFFS 0.25
+      LENGTH 2.0000000000
+      LOOP 0
+      ALLTAKES 0
+      FADEIN 5.1 0.5000000000 0 5.1 0 0 0
+      FADEOUT 1 0.0625000000 0 1 0 0 0
+      MUTE 1 0
+      LOCK 1
+      SOFFS 12.1250000000
+      COLOR 16777217 R
+      PLAYRATE 1.250000000 1 -2.500000 -1 0 0.0025
+      CHANMODE 0
+      NAME 'a "quoted" name'
+      VOLPAN 0.501187234 1 -1 -1
+      <VOLENV
+        ACT 1 -1
+        VIS 1 1 1
+        LANEHEIGHT 0 0
+        ARM 0
+        DEFSHAPE 0 -1 -1
+        VOLTYPE 1
+        PT 0.0000000000 1.000000000 0
+        PT 1.0000000000 0.100000000 0
+      >
+      <SOURCE WAVE
+        FILE "/media/vox.wav"
+      >
+    >
+)text");
   EXPECT_EQ(project.counters.sync_point_clips, 1);
   EXPECT_EQ(project.counters.locked_clips, 1);
   EXPECT_EQ(project.counters.gain_envelopes, 1);
+
+  project.options.no_clip_colors = true;
+  EXPECT_EQ(lines_of(project.item(item), "COLOR"), Lines{});
+  EXPECT_EQ(project.counters.uncolored_by_option, 1);
 }
 
 TEST(AudioItem, ASyncPointAtOrBehindTheEndCountsButIsNotWritten) {
@@ -152,110 +108,84 @@ TEST(AudioItem, ASyncPointAtOrBehindTheEndCountsButIsNotWritten) {
     Project project;
     OutputItem item = plain_item();
     item.sync_offset = offset;
-    EXPECT_EQ(lines_of(project.item(item), "SNAPOFFS"), "      SNAPOFFS 0\n");
+    EXPECT_EQ(lines_of(project.item(item), "SNAPOFFS"), Lines{"0"});
     EXPECT_EQ(project.counters.sync_point_clips, 1);
   }
 }
 
 TEST(AudioItem, ALineForGainPanOrPolarityAlone) {
-  struct Case {
+  const struct {
     bool has_gain;
     double gain_db, pan;
     bool polarity;
-    const char* line;
+    Lines line;
+  } cases[] = {
+      {false, 3, 0, false, {}},  // a gain that is not said to be one
+      {true, 0, 0, false, {"1.000000000 0 1 -1"}},
+      {true, 6, 0, false, {"1.995262315 0 1 -1"}},
+      {false, 0, -1, false, {"1.000000000 -1 1 -1"}},
+      {false, 0, 0, true, {"1.000000000 0 -1 -1"}},
   };
-  const Case cases[] = {
-      {false, 0, 0, false, ""},
-      {false, 3, 0, false, ""},  // a gain that is not said to be one
-      {true, 0, 0, false, "      VOLPAN 1.000000000 0 1 -1\n"},
-      {true, 6, 0, false, "      VOLPAN 1.995262315 0 1 -1\n"},
-      {false, 0, -1, false, "      VOLPAN 1.000000000 -1 1 -1\n"},
-      {false, 0, 0, true, "      VOLPAN 1.000000000 0 -1 -1\n"},
-  };
-  for (const Case& c : cases) {
-    Project project;
+  for (const auto& c : cases) {
     OutputItem item = plain_item();
     item.has_gain = c.has_gain;
     item.gain_db = c.gain_db;
     item.pan_side = c.pan;
     item.polarity = c.polarity;
-    EXPECT_EQ(lines_of(project.item(item), "VOLPAN"), c.line);
+    EXPECT_EQ(lines_of(Project().item(item), "VOLPAN"), c.line);
   }
 }
 
-TEST(AudioItem, WithoutClipColorsAColorIsCountedInstead) {
-  Project project;
-  project.options.no_clip_colors = true;
-  OutputItem item = plain_item();
-  item.clip_color = 0x1000001;
-  EXPECT_EQ(lines_of(project.item(item), "COLOR"), "");
-  EXPECT_EQ(project.counters.uncolored_by_option, 1);
-}
-
-TEST(AudioItem, StretchMarkersReplaceTheRateFromThreeOn) {
-  Project project;
+TEST(AudioItem, ThreeStretchMarkersReplaceTheRateAndTheTwentyNinthBeginsALine) {
   OutputItem item = plain_item();
   item.playrate = 2.0;
+  const auto expect_lines = [&](const char* rate, const Lines& markers) {
+    const std::string text = Project().item(item);
+    EXPECT_EQ(lines_of(text, "PLAYRATE"), Lines{std::string(rate) + " 1 0.000000 -1 0 0.0025"});
+    EXPECT_EQ(lines_of(text, "SM"), markers);
+  };
   item.warp = {{0, 0}, {1, 2}};
-  std::string text = project.item(item);
-  EXPECT_EQ(lines_of(text, "SM"), "");
-  EXPECT_EQ(lines_of(text, "PLAYRATE"), "      PLAYRATE 2.000000000 1 0.000000 -1 0 0.0025\n");
-
+  expect_lines("2.000000000", {});
   item.warp.emplace_back(1.5, 2.5);
-  text = project.item(item);
-  EXPECT_EQ(lines_of(text, "SM"),
-            "      SM 0.0000000000 0.0000000000 + 1.0000000000 2.0000000000 + 1.5000000000 2.5000000000\n");
-  EXPECT_EQ(lines_of(text, "PLAYRATE"), "      PLAYRATE 1.000000000 1 0.000000 -1 0 0.0025\n");
-}
+  std::string line = "0.0000000000 0.0000000000 + 1.0000000000 2.0000000000 + 1.5000000000 2.5000000000";
+  expect_lines("1.000000000", {line});
 
-TEST(AudioItem, EveryTwentyEighthStretchMarkerBeginsALine) {
-  Project project;
-  OutputItem item = plain_item();
-  for (int k = 0; k < 29; ++k) item.warp.emplace_back(k, k);
-  std::string expected = "      SM 0.0000000000 0.0000000000";
-  for (int k = 1; k < 28; ++k) expected += format_text(" + %d.0000000000 %d.0000000000", k, k);
-  expected += "\n      SM 28.0000000000 28.0000000000\n";
-  EXPECT_EQ(lines_of(project.item(item), "SM"), expected);
+  for (int k = 3; k < 28; ++k) {
+    item.warp.emplace_back(k, k);
+    line += format_text(" + %d.0000000000 %d.0000000000", k, k);
+  }
+  expect_lines("1.000000000", {line});
+  item.warp.emplace_back(28, 28);
+  expect_lines("1.000000000", {line, "28.0000000000 28.0000000000"});
 }
-
-struct GainCase {
-  const char* what;
-  std::vector<GainPoint> line;  // 1000 samples a second; the item starts 1 s into its source and lasts 2 s
-  const char* points;
-};
 
 TEST(AudioItem, AGainLineIsCutToTheItem) {
-  const GainCase cases[] = {
-      {"inside", {{1500, 0}, {2000, -20}}, "0.5000000000 1.000000000 1.0000000000 0.100000000 "},
-      {"one point is no line", {{1500, -20}}, ""},
-      {"starts before", {{0, 0}, {2000, -40}}, "0.0000000000 0.100000000 1.0000000000 0.010000000 "},
-      {"goes on behind", {{2000, 0}, {4000, -40}}, "1.0000000000 1.000000000 2.0000000000 0.100000000 "},
-      {"spans it", {{0, 0}, {4000, -80}}, "0.0000000000 0.100000000 2.0000000000 0.001000000 "},
-      {"on both edges", {{1000, 0}, {3000, -20}}, "0.0000000000 1.000000000 2.0000000000 0.100000000 "},
+  const struct {
+    const char* what;
+    std::vector<GainPoint> line;  // 1000 samples a second; the item starts 1 s into its source and lasts 2 s
+    Lines points;
+  } cases[] = {
+      {"inside", {{1500, 0}, {2000, -20}}, {"0.5000000000 1.000000000 0", "1.0000000000 0.100000000 0"}},
+      {"one point is no line", {{1500, -20}}, {}},
+      {"spans it", {{0, 0}, {4000, -80}}, {"0.0000000000 0.100000000 0", "2.0000000000 0.001000000 0"}},
+      {"on both edges", {{1000, 0}, {3000, -20}}, {"0.0000000000 1.000000000 0", "2.0000000000 0.100000000 0"}},
       {"only the last before it counts",
        {{0, 60}, {500, 0}, {1500, -20}, {2000, 0}},
-       "0.0000000000 0.316227766 0.5000000000 0.100000000 1.0000000000 1.000000000 "},
+       {"0.0000000000 0.316227766 0", "0.5000000000 0.100000000 0", "1.0000000000 1.000000000 0"}},
       {"only the first behind it counts",
        {{2500, 0}, {3500, -20}, {4000, 60}},
-       "1.5000000000 1.000000000 2.0000000000 0.316227766 "},
-      {"one point left", {{0, 0}, {1000, -20}}, ""},
-      {"all before", {{0, 0}, {500, 0}, {999, 0}}, ""},
-      {"all behind", {{3500, 0}, {4000, 0}}, ""},
+       {"1.5000000000 1.000000000 0", "2.0000000000 0.316227766 0"}},
+      {"one point left", {{0, 0}, {1000, -20}}, {}},
+      {"all before", {{0, 0}, {500, 0}, {999, 0}}, {}},
+      {"all behind", {{3500, 0}, {4000, 0}}, {}},
   };
-  for (const GainCase& c : cases) {
+  for (const auto& c : cases) {
     Project project;
     OutputItem item = plain_item();
     item.source_offset = 1.0;
     item.gain_envelope = &c.line;
-    std::string points;
-    const std::string lines = lines_of(project.item(item), "PT ");
-    for (std::size_t at = 0; at < lines.size();) {  // "        PT <time> <gain> 0"
-      const std::size_t end = lines.find('\n', at);
-      points += lines.substr(at + 11, end - at - 11 - 1);
-      at = end + 1;
-    }
-    EXPECT_EQ(points, c.points) << c.what;
-    EXPECT_EQ(project.counters.gain_envelopes, *c.points ? 1 : 0) << c.what;
+    EXPECT_EQ(lines_of(project.item(item), "PT"), c.points) << c.what;
+    EXPECT_EQ(project.counters.gain_envelopes, c.points.empty() ? 0 : 1) << c.what;
   }
 }
 
@@ -265,118 +195,82 @@ TEST(AudioItem, LanesShareTheHeightInListOrder) {
   track.items = {plain_item()};
   track.lanes = {{"Vox.01", {plain_item(), plain_item()}}, {"Vox.02", {plain_item()}}};
   EXPECT_EQ(lines_of(project.items_of(track), "YPOS"),
-            "      YPOS 0.000000 0.333333 2\n"
-            "      YPOS 0.333333 0.333333 2\n"
-            "      YPOS 0.333333 0.333333 2\n"
-            "      YPOS 0.666667 0.333333 2\n");
+            (Lines{"0.000000 0.333333 2", "0.333333 0.333333 2", "0.333333 0.333333 2", "0.666667 0.333333 2"}));
   EXPECT_EQ(project.counters.clips_written, 4);
 }
 
 // ---- where the files are ----
 
-struct SessionFolder {
+struct MediaPath : testing::Test {
   test::TempFolder folder;
   AudioFileFolders listed;
   RunCounters counters;
+  MediaFolders media{folder.at("Audio Files"), folder.path().string(), listed};
 
-  void put(const std::string& in, const std::string& name) {
-    std::filesystem::create_directories(folder.path() / in);
-    folder.put(in + "/" + name, "audio");
+  void put(const std::string& name, const std::vector<std::string>& folders) {
+    for (const std::string& in : folders) {
+      std::filesystem::create_directories(folder.path() / in);
+      folder.put(in + "/" + name, "audio");
+    }
   }
-  MediaFolders media() const { return {folder.at("Audio Files"), folder.path().string(), listed}; }
-  // The path from the session's folder on.
-  std::string relative(const MediaPath& found) const { return found.path.substr(folder.path().string().size() + 1); }
+  // Where a file is expected, from the session's folder on.
+  std::string path_of(const char* name, std::uint16_t number = 0) {
+    return resolve_media_path(media, name, number, counters).path.substr(folder.path().string().size() + 1);
+  }
 };
 
-TEST(MediaPath, TheMediaFolderComesBeforeAllOthers) {
-  SessionFolder session;
-  for (const char* in : {"Audio Files", "Rendered Files", "Listed"}) session.put(in, "a.wav");
-  session.listed.by_name = {{"a.wav", "Listed"}};
-  MediaFolders media = session.media();
-  const MediaPath& found = resolve_media_path(media, "a.wav", 0, session.counters);
-  EXPECT_EQ(session.relative(found), "Audio Files/a.wav");
-  EXPECT_TRUE(found.found && found.in_media_folder);
-  EXPECT_EQ(session.counters.sibling_hits, 0);
-}
-
-TEST(MediaPath, ThenTheListedFolderThenTheSessionsOwn) {
-  SessionFolder session;
-  for (const char* in : {"Listed", "Rendered Files", "Bounced Files"}) session.put(in, "a.wav");
-  for (const char* in : {"Rendered Files", "Bounced Files"}) session.put(in, "b.wav");
-  session.put("Bounced Files", "c.wav");
-  session.listed.by_name = {{"a.wav", "Listed"}, {"b.wav", "Gone"}};
-  MediaFolders media = session.media();
-  EXPECT_EQ(session.relative(resolve_media_path(media, "a.wav", 0, session.counters)), "Listed/a.wav");
-  EXPECT_EQ(session.relative(resolve_media_path(media, "b.wav", 0, session.counters)), "Rendered Files/b.wav");
-  EXPECT_EQ(session.relative(resolve_media_path(media, "c.wav", 0, session.counters)), "Bounced Files/c.wav");
-  EXPECT_EQ(session.counters.sibling_hits, 3);
-  EXPECT_EQ(session.counters.sibling_folders,
+TEST_F(MediaPath, TheMediaFolderThenTheListedFolderThenTheSessionsOwn) {
+  put("media.wav", {"Audio Files", "Listed", "Rendered Files"});
+  put("listed.wav", {"Listed", "Rendered Files", "Bounced Files"});
+  put("gone.wav", {"Rendered Files", "Bounced Files"});
+  put("bounced.wav", {"Bounced Files"});
+  listed.by_name = {{"media.wav", "Listed"}, {"listed.wav", "Listed"}, {"gone.wav", "Gone"}};
+  EXPECT_EQ(path_of("media.wav"), "Audio Files/media.wav");
+  EXPECT_EQ(counters.sibling_hits, 0);
+  EXPECT_EQ(path_of("listed.wav"), "Listed/listed.wav");
+  EXPECT_EQ(path_of("gone.wav"), "Rendered Files/gone.wav");
+  EXPECT_EQ(path_of("bounced.wav"), "Bounced Files/bounced.wav");
+  EXPECT_EQ(counters.sibling_hits, 3);
+  EXPECT_EQ(counters.sibling_folders,
             (std::map<std::string, int>{{"Bounced Files", 1}, {"Listed", 1}, {"Rendered Files", 1}}));
+
+  std::filesystem::remove_all(folder.path() / "Bounced Files");
+  EXPECT_EQ(path_of("bounced.wav"), "Bounced Files/bounced.wav") << "a file is looked for once";
+  EXPECT_EQ(counters.sibling_hits, 3);
 }
 
-TEST(MediaPath, AFileIsLookedForOnce) {
-  SessionFolder session;
-  session.put("Bounced Files", "a.wav");
-  MediaFolders media = session.media();
-  resolve_media_path(media, "a.wav", 0, session.counters);
-  std::filesystem::remove_all(session.folder.path() / "Bounced Files");
-  EXPECT_EQ(session.relative(resolve_media_path(media, "a.wav", 0, session.counters)), "Bounced Files/a.wav");
-  EXPECT_EQ(session.counters.sibling_hits, 1);
+TEST_F(MediaPath, AMissingFileIsExpectedInTheMediaFolder) {
+  put("a.wav", {"Audio Files"});
+  EXPECT_EQ(path_of("b.wav", 1), "Audio Files/b.wav");
+  check_audio_files(media, {{"b.wav", 1}, {"a.wav", 0}, {"c.wav", 2}}, counters);
+  EXPECT_EQ(counters.missing_files, (Lines{"b.wav", "c.wav"}));
 }
 
-TEST(MediaPath, AMissingFileIsExpectedInTheMediaFolder) {
-  SessionFolder session;
-  session.put("Audio Files", "a.wav");
-  MediaFolders media = session.media();
-  const MediaPath& missing = resolve_media_path(media, "b.wav", 1, session.counters);
-  EXPECT_EQ(session.relative(missing), "Audio Files/b.wav");
-  EXPECT_FALSE(missing.found);
-  check_audio_files(media, {{"b.wav", 1}, {"a.wav", 0}, {"c.wav", 2}}, session.counters);
-  EXPECT_EQ(session.counters.missing_files, (std::vector<std::string>{"b.wav", "c.wav"}));
-}
-
-TEST(MediaPath, EveryClipOfAFileInASiblingFolderCounts) {
-  SessionFolder session;
-  session.put("Bounced Files", "vox.wav");
-  MediaFolders media = session.media();
+TEST_F(MediaPath, EveryClipOfAFileInASiblingFolderCounts) {
+  put("vox.wav", {"Bounced Files"});
   const ConversionOptions options;
   AudioItems items{options, media};
   OutputTrack track;
   track.items = {plain_item(), plain_item()};
-  StringTarget target;
-  ProjectText out(target);
-  write_audio_items(out, track, items, session.counters);
-  EXPECT_EQ(session.counters.sibling_hits, 1);
-  EXPECT_EQ(session.counters.clips_in_sibling_folders, 2);
+  test::written_by([&](ProjectText& out) { write_audio_items(out, track, items, counters); });
+  EXPECT_EQ(counters.sibling_hits, 1);
+  EXPECT_EQ(counters.clips_in_sibling_folders, 2);
 }
 
-TEST(MediaPath, TwoFilesOfOneNameAreToldApartByNumber) {
-  SessionFolder session;
-  for (const char* in : {"Audio Files", "Stems", "Mixes"}) session.put(in, "a.wav");
-  session.listed.by_number = {"Audio Files", "Stems", "Mixes", "Gone", ""};
-  session.listed.name_counts = {{"a.wav", 5}};
-  MediaFolders media = session.media();
-  const auto path_of = [&](std::uint16_t number) {
-    return session.relative(resolve_media_path(media, "a.wav", number, session.counters));
-  };
-  EXPECT_EQ(path_of(0), "Audio Files/a.wav");  // the media folder's own file is no sibling
-  EXPECT_EQ(session.counters.sibling_hits, 0);
-  EXPECT_EQ(path_of(1), "Stems/a.wav");
-  EXPECT_EQ(path_of(2), "Mixes/a.wav");
-  EXPECT_EQ(path_of(2), "Mixes/a.wav");
-  EXPECT_EQ(path_of(3), "Audio Files/a.wav");  // not where it is listed: the usual order
-  EXPECT_EQ(path_of(4), "Audio Files/a.wav");
-  EXPECT_EQ(path_of(99), "Audio Files/a.wav");
-  EXPECT_EQ(session.counters.sibling_hits, 2);
-}
-
-TEST(MediaPath, AFileOfItsOwnNameIgnoresItsNumber) {
-  SessionFolder session;
-  for (const char* in : {"Audio Files", "Stems"}) session.put(in, "a.wav");
-  session.listed.by_number = {"Stems"};
-  session.listed.name_counts = {{"a.wav", 1}};
-  MediaFolders media = session.media();
-  EXPECT_EQ(session.relative(resolve_media_path(media, "a.wav", 0, session.counters)), "Audio Files/a.wav");
+TEST_F(MediaPath, OnlyFilesOfOneNameAreToldApartByNumber) {
+  put("a.wav", {"Audio Files", "Stems", "Mixes"});
+  put("own.wav", {"Audio Files", "Stems"});
+  listed.by_number = {"Audio Files", "Stems", "Mixes", "Gone", ""};
+  listed.name_counts = {{"a.wav", 5}, {"own.wav", 1}};
+  EXPECT_EQ(path_of("a.wav", 0), "Audio Files/a.wav");  // the media folder's own file is no sibling
+  EXPECT_EQ(counters.sibling_hits, 0);
+  EXPECT_EQ(path_of("a.wav", 1), "Stems/a.wav");
+  for (int again = 0; again < 2; ++again) EXPECT_EQ(path_of("a.wav", 2), "Mixes/a.wav");
+  for (const auto number : std::vector<std::uint16_t>{3, 4, 99}) {  // not where it is listed: the usual order
+    EXPECT_EQ(path_of("a.wav", number), "Audio Files/a.wav") << number;
+  }
+  EXPECT_EQ(path_of("own.wav", 1), "Audio Files/own.wav");
+  EXPECT_EQ(counters.sibling_hits, 2);
 }
 
 }  // namespace

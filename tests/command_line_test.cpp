@@ -35,52 +35,31 @@ TEST(CommandLineTest, NoArgumentsLeaveTheDefaults) {
 // Every switch moves its own field away from where it rests, and none is mistaken for a path.
 TEST(CommandLineTest, SwitchesSetTheirField) {
   using O = ConversionOptions;
-  struct Row {
-    const char* option;
-    bool O::*field;
-    bool value;
+  // clang-format off
+  const std::pair<const char*, bool O::*> switches[] = {
+      {"--drop-alt-takes", &O::keep_alt_takes}, {"--no-alt-takes", &O::keep_alt_takes},
+      {"--recover-deleted", &O::recover_deleted}, {"--ghost-clips", &O::recover_deleted}, {"--list", &O::list_only},
+      {"--check", &O::check_only}, {"--no-stretch", &O::no_stretch}, {"--keep-fade-clips", &O::keep_fade_clips},
+      {"--no-fades", &O::no_fades}, {"--dump-cache", &O::dump_cache}, {"--dump-cc", &O::dump_cc},
+      {"--no-placeholders", &O::placeholders}, {"--no-aax-slots", &O::aax_slots},
+      {"--skip-missing-fx", &O::skip_missing_fx}, {"--no-click", &O::no_click},
+      {"--skip-hidden-tracks", &O::skip_hidden_tracks}, {"--skip-inactive-tracks", &O::skip_inactive_tracks},
+      {"--no-sidechain", &O::no_sidechain}, {"--prefer-vst2", &O::prefer_vst3}, {"--prefer-clap", &O::prefer_clap},
+      {"--usage-shared", &O::usage_shared}, {"--keep-frozen", &O::keep_frozen},
+      {"--keep-inaudible-midi", &O::keep_inaudible_midi}, {"--truncate-midi-to-clip", &O::truncate_midi_to_clip},
+      {"--no-track-colors", &O::no_track_colors}, {"--no-clip-colors", &O::no_clip_colors},
+      {"--no-stand-ins", &O::no_stand_ins}, {"--no-ara", &O::no_ara}, {"--no-kontakt-state", &O::kontakt_state},
+      {"--keep-plugin-midi", &O::keep_plugin_midi}, {"--report", &O::write_report}, {"--overwrite", &O::overwrite},
+      {"--tempo-ramps", &O::tempo_ramps},
   };
-  const Row rows[] = {
-      {"--drop-alt-takes", &O::keep_alt_takes, false},
-      {"--no-alt-takes", &O::keep_alt_takes, false},
-      {"--recover-deleted", &O::recover_deleted, true},
-      {"--ghost-clips", &O::recover_deleted, true},
-      {"--list", &O::list_only, true},
-      {"--check", &O::check_only, true},
-      {"--no-stretch", &O::no_stretch, true},
-      {"--keep-fade-clips", &O::keep_fade_clips, true},
-      {"--no-fades", &O::no_fades, true},
-      {"--dump-cache", &O::dump_cache, true},
-      {"--dump-cc", &O::dump_cc, true},
-      {"--no-placeholders", &O::placeholders, false},
-      {"--no-aax-slots", &O::aax_slots, false},
-      {"--skip-missing-fx", &O::skip_missing_fx, true},
-      {"--no-click", &O::no_click, true},
-      {"--skip-hidden-tracks", &O::skip_hidden_tracks, true},
-      {"--skip-inactive-tracks", &O::skip_inactive_tracks, true},
-      {"--no-sidechain", &O::no_sidechain, true},
-      {"--prefer-vst2", &O::prefer_vst3, false},
-      {"--prefer-clap", &O::prefer_clap, true},
-      {"--usage-shared", &O::usage_shared, true},
-      {"--keep-frozen", &O::keep_frozen, true},
-      {"--keep-inaudible-midi", &O::keep_inaudible_midi, true},
-      {"--truncate-midi-to-clip", &O::truncate_midi_to_clip, true},
-      {"--no-track-colors", &O::no_track_colors, true},
-      {"--no-clip-colors", &O::no_clip_colors, true},
-      {"--no-stand-ins", &O::no_stand_ins, true},
-      {"--no-ara", &O::no_ara, true},
-      {"--no-kontakt-state", &O::kontakt_state, false},
-      {"--keep-plugin-midi", &O::keep_plugin_midi, true},
-      {"--report", &O::write_report, true},
-      {"--overwrite", &O::overwrite, true},
-      {"--tempo-ramps", &O::tempo_ramps, true},
-  };
-  for (const Row& row : rows) {
-    EXPECT_NE(read({}).options.*row.field, row.value) << row.option;
-    const CommandLine line = read({row.option});
-    EXPECT_EQ(line.options.*row.field, row.value) << row.option;
-    EXPECT_TRUE(line.positionals.empty()) << row.option;
+  // clang-format on
+  for (const auto& [option, field] : switches) {
+    const CommandLine line = read({option});
+    EXPECT_NE(line.options.*field, read({}).options.*field) << option;
+    EXPECT_TRUE(line.positionals.empty()) << option;
   }
+  const ConversionOptions rest = read({}).options;
+  EXPECT_TRUE(rest.keep_alt_takes && rest.placeholders && rest.aax_slots && rest.prefer_vst3 && rest.kontakt_state);
 }
 
 TEST(CommandLineTest, TheLastOfContradictingOptionsWins) {
@@ -119,12 +98,9 @@ TEST(CommandLineTest, WordsOfModes) {
   for (const auto& [word, theme] : {std::pair{"classic", 1}, {"light", 1}, {"dark", 2}, {"auto", 0}, {"Dark", 0}}) {
     EXPECT_EQ(read({"--pt-theme", word}).options.pt_theme, theme) << word;
   }
-}
-
-TEST(CommandLineTest, TempoRampsTakesItsWordsOnly) {
   EXPECT_TRUE(read({"--tempo-ramps", "ramps"}).options.tempo_ramps);
   EXPECT_FALSE(read({"--tempo-ramps", "steps"}).options.tempo_ramps);
-  const CommandLine line = read({"--tempo-ramps", "--no-fades", "--tempo-ramps", "song.ptx"});
+  const CommandLine line = read({"--tempo-ramps", "--no-fades", "--tempo-ramps", "song.ptx"});  // no words of its own
   EXPECT_TRUE(line.options.tempo_ramps && line.options.no_fades);
   EXPECT_EQ(line.positionals, std::vector<std::string>{"song.ptx"});
 }
@@ -167,13 +143,10 @@ TEST(SessionPathTest, TheLongestRunThatOpensWins) {
   EXPECT_EQ(find_session_path({at("Song.ptx"), at("Other.ptx")}), at("Song.ptx")) << "of equal runs the leftmost";
   EXPECT_EQ(find_session_path({"none", "opens.ptx"}), "none opens.ptx");
   EXPECT_EQ(find_session_path({}), "");
-}
 
-TEST(SessionPathTest, ManyArgumentsAreNoTrap) {
-  const TempFolder folder;
-  std::vector<std::string> many(3000, std::string(200, 'x'));
-  many.push_back(folder.put("last.ptx", "x"));
-  EXPECT_EQ(find_session_path(many), folder.at("last.ptx"));
+  std::vector<std::string> many(3000, std::string(200, 'x'));  // no trap
+  many.push_back(at("Song.ptx"));
+  EXPECT_EQ(find_session_path(many), at("Song.ptx"));
 }
 
 TEST(SessionPathTest, AudioFilesBesideTheSession) {
@@ -225,7 +198,7 @@ TEST(EntryTest, ThePromptWaitsBehindEveryJobThatIsNoText) {
   EXPECT_EQ(ferrite({"--pause", "--no-pause"}).out.find("Press"), std::string::npos);
 }
 
-TEST(EntryTest, AMissingSessionIsNamedByAllItsWords) {
+TEST(EntryTest, AMissingSessionIsNamedByAllItsWordsAndAProblemFollowsTheStages) {
   const ProcessResult plain = ferrite({"no", "such", "song.ptx"});
   EXPECT_EQ(plain.status, 1);
   EXPECT_TRUE(plain.out.starts_with("\n  No such file:\n    no such song.ptx\n")) << plain.out;
@@ -235,13 +208,9 @@ TEST(EntryTest, AMissingSessionIsNamedByAllItsWords) {
   EXPECT_EQ(progress.status, 1);
   EXPECT_NE(progress.out.find("Not converted: the session file was not found."), std::string::npos);
   EXPECT_EQ(progress.err, "progress 0/6 reading\n");
-}
 
-TEST(EntryTest, AProblemFollowsTheStages) {
   const TempFolder folder;
-  const ProcessResult result = ferrite({"--progress", folder.put("song.ptx", "no session")});
-  EXPECT_EQ(result.status, 1);
-  EXPECT_EQ(result.err,
+  EXPECT_EQ(ferrite({"--progress", folder.put("song.ptx", "no session")}).err,
             "progress 0/6 reading\nproblem kind=unreadable the session could not be decrypted - is this really a Pro "
             "Tools session file? (code -1)\n");
 }

@@ -60,7 +60,7 @@ std::string dump(const std::vector<OutputTrack>& tracks) {
   return text;
 }
 
-TEST(Folding, TwoNeighboursOfOneNameBecomeAStereoTrackWhateverTheirClips) {
+TEST(Folding, OnlyNeighboursOfOneNameBecomeAStereoTrackWhateverTheirClips) {
   Session session;
   session.strips = {"Gtr", "Vox"};
   session.track("Gtr", {item_at(0, "l.wav"), item_at(2, "l.wav")}).ticks = true;
@@ -71,27 +71,21 @@ TEST(Folding, TwoNeighboursOfOneNameBecomeAStereoTrackWhateverTheirClips) {
   EXPECT_EQ(session.maps.width, (ByName<int>{{"Gtr", 2}, {"Vox", 1}}));
   EXPECT_EQ(session.maps.timebase, (ByName<int>{{"Gtr", 2}, {"Vox", 0}}));  // the first leg decides
   EXPECT_TRUE(session.maps.surround_legs.empty());
-}
 
-TEST(Folding, ANameThatComesBackLaterIsAnotherTrack) {
-  Session session;
-  session.strips = {"Gtr", "Vox"};
-  session.track("Gtr", {item_at(0)});
-  session.track("Vox", {item_at(0)});
-  session.track("Gtr", {item_at(1)});
-  EXPECT_EQ(dump(session.fold()), "Gtr(Gtr) 0; Vox(Vox) 0; Gtr(Gtr) 1");
+  Session apart;
+  apart.strips = {"Gtr", "Vox"};
+  for (const char* name : {"Gtr", "Vox", "Gtr"}) apart.track(name, {item_at(0)});
+  EXPECT_EQ(dump(apart.fold()), "Gtr(Gtr) 0; Vox(Vox) 0; Gtr(Gtr) 0");
 }
-
-struct SurroundCase {
-  const char* what;
-  std::size_t legs;
-  std::size_t odd_leg;  // this one differs by `odd`
-  OutputItem odd;
-  bool folds;
-};
 
 TEST(Folding, SurroundLegsFoldOnlyWhenTheyHoldTheSameClips) {
-  const SurroundCase cases[] = {
+  const struct {
+    const char* what;
+    std::size_t legs;
+    std::size_t odd_leg;  // this one differs by `odd`
+    OutputItem odd;
+    bool folds;
+  } cases[] = {
       {"three alike", 3, 0, item_at(1, "m.wav"), true},
       {"eight alike", 8, 0, item_at(1, "m.wav"), true},
       {"nine never", 9, 0, item_at(1, "m.wav"), false},
@@ -101,7 +95,7 @@ TEST(Folding, SurroundLegsFoldOnlyWhenTheyHoldTheSameClips) {
       {"later", 6, 2, item_at(1 + 1e-8, "m.wav"), false},
       {"longer", 6, 2, item_at(1, "m.wav", 1 + 1e-8), false},
   };
-  for (const SurroundCase& c : cases) {
+  for (const auto& c : cases) {
     Session session;
     session.strips = {"Pad"};
     for (std::size_t leg = 0; leg < c.legs; ++leg) {
@@ -114,40 +108,29 @@ TEST(Folding, SurroundLegsFoldOnlyWhenTheyHoldTheSameClips) {
     EXPECT_EQ(session.maps.surround_legs.contains("Pad"), c.folds) << c.what;
     EXPECT_EQ(tracks[0].items[0].pan_side, 0.0) << c.what;
   }
+  Session empty;
+  empty.strips = {"Pad"};
+  for (int leg = 0; leg < 4; ++leg) empty.track("Pad", {});
+  EXPECT_EQ(empty.fold().size(), 4u);
 }
 
-TEST(Folding, EmptySurroundLegsStayApart) {
-  Session session;
-  session.strips = {"Pad"};
-  for (int leg = 0; leg < 4; ++leg) session.track("Pad", {});
-  EXPECT_EQ(session.fold().size(), 4u);
-  EXPECT_EQ(session.counters.surround_folds, 0);
-}
-
-TEST(Folding, AlternatePlaylistsBecomeLanesOfTheirOwnerWhereverTheyStand) {
+TEST(Folding, AlternatePlaylistsBecomeLanesOfTheirOwnerWhereverTheyStandOrWaitAtTheEnd) {
   Session session;
   session.strips = {"Vox", "Bass"};
-  session.owners = {{"Vox.01", 0}, {"Vox.02", 0}, {"Old", 7}};
+  session.owners = {{"Vox.01", 0}, {"Vox.02", 0}, {"Bass.01", 1}, {"Old", 7}};
   session.track("Vox.02", {item_at(9)});
+  session.track("Bass.01", {item_at(5)});  // its owner has no clips
   session.track("Vox", {item_at(0)});
   session.track("Vox.01", {item_at(1), item_at(2)});
   session.track("Old", {item_at(3)});   // its owner's number is none of the table
   session.track("Lost", {item_at(4)});  // no owner at all
-  EXPECT_EQ(dump(session.fold()), "Vox(Vox) 0 [Vox.02:1] [Vox.01:2]; Old [alt playlist]() 3; Lost [alt playlist]() 4");
-  EXPECT_EQ(session.counters.alternate_playlists, 4);
-  EXPECT_EQ(session.counters.owner_matches, 2);
+  EXPECT_EQ(dump(session.fold()),
+            "Vox(Vox) 0 [Vox.02:1] [Vox.01:2]; Old [alt playlist]() 3; Lost [alt playlist]() 4; Bass [lane: Bass.01]() "
+            "5 in Bass");
+  EXPECT_EQ(session.counters.alternate_playlists, 5);
+  EXPECT_EQ(session.counters.owner_matches, 3);
   EXPECT_EQ(session.counters.lanes, 2);
   EXPECT_EQ(session.maps.width, (ByName<int>{{"Vox", 1}}));
-}
-
-TEST(Folding, LanesOfAnOwnerWithoutClipsWaitAtTheEnd) {
-  Session session;
-  session.strips = {"Vox", "Bass"};
-  session.owners = {{"Vox.01", 0}};
-  session.track("Vox.01", {item_at(1)});
-  session.track("Bass", {item_at(0)});
-  EXPECT_EQ(dump(session.fold()), "Bass(Bass) 0; Vox [lane: Vox.01]() 1 in Vox");
-  EXPECT_EQ(session.counters.lanes, 0);
 }
 
 TEST(Folding, OnlyARecordsNameInASessionWithATrackTableMakesAnAlternate) {
@@ -197,7 +180,7 @@ TEST(Folding, FreezeRendersBelongToTheNamedTrackAboveThem) {
             "?(?) freeze: 0; Synth(Synth) 1; ?(?) freeze:Synth 2L 3R; Keys(Keys) 4; ?(?) freeze:Keys 5");
 }
 
-TEST(Folding, RecoveredPlacementsFollowTheirTrack) {
+TEST(Folding, RecoveredPlacementsFollowTheirTrackIfAskedFor) {
   Session session;
   session.strips = {"Gtr", "Vox"};
   session.owners = {{"Vox.01", 1}};
@@ -209,13 +192,11 @@ TEST(Folding, RecoveredPlacementsFollowTheirTrack) {
   EXPECT_EQ(dump(session.fold()),
             "Gtr(Gtr) 0L 0R; Gtr [alt takes]() takes: 6R 7R; "
             "Vox(Vox) 1 [Vox.01:1]; Vox [lane: Vox.01] [alt takes]() takes:Vox 5; Vox [alt takes]() takes: 9 8");
-}
 
-TEST(Folding, WithoutTheOptionNothingIsRecovered) {
-  Session session;
-  session.strips = {"Vox"};
-  session.track("Vox", {item_at(1)}).alternates = {item_at(9)};
-  EXPECT_EQ(dump(session.fold()), "Vox(Vox) 1");
+  Session unasked;
+  unasked.strips = {"Vox"};
+  unasked.track("Vox", {item_at(1)}).alternates = {item_at(9)};
+  EXPECT_EQ(dump(unasked.fold()), "Vox(Vox) 1");
 }
 
 }  // namespace

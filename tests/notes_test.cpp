@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "base/text.h"
-#include "run/text_output.h"
+#include "support/console.h"
 
 namespace frt {
 namespace {
@@ -35,21 +35,18 @@ struct Scene {
 
  private:
   std::string text_of(void (*print)(const NotesInput&)) const {
-    std::string text;
-    NullSink quiet;
-    FrtSink* const before = text_sink;
-    text_sink = &quiet;
-    text_capture = &text;
+    test::Console console;
     print(NotesInput{options, counters, saved_by, dark_theme_default, rate, tempo, meters, strips, settings,
                      output_path, media_folder, long_clips});
-    text_capture = nullptr;
-    text_sink = before;
-    return text;
+    return console.take();
   }
 };
 
+using Lines = std::vector<std::string>;
+using Change = std::function<void(Scene&)>;
+
 // What a run prints beyond a run with nothing to tell, if it prints it in one piece.
-std::string added_by(const std::function<void(Scene&)>& change) {
+std::string added_by(const Change& change) {
   Scene quiet, changed;
   change(changed);
   const std::string before = quiet.notes(), after = changed.notes();
@@ -61,10 +58,16 @@ std::string added_by(const std::function<void(Scene&)>& change) {
   return after.substr(head, after.size() - before.size());
 }
 
-int count_in(const std::string& text, const std::string& part) {
-  int count = 0;
-  for (std::size_t at = text.find(part); at != text.npos; at = text.find(part, at + 1)) ++count;
-  return count;
+struct NoteRow {
+  const char* note;  // what the change adds holds this; "" if it adds nothing
+  Change change;
+};
+
+void expect_notes(const std::vector<NoteRow>& rows) {
+  for (const NoteRow& row : rows) {
+    const std::string added = added_by(row.change);
+    EXPECT_TRUE(*row.note ? contains(added, row.note) : added.empty()) << row.note << " is not in:\n" << added;
+  }
 }
 
 constexpr char kQuietBody[] =
@@ -80,16 +83,12 @@ constexpr char kQuietBody[] =
     "\n";
 
 TEST(Notes, RunWithNothingToTellPrintsOnlyTheRowsThatAlwaysStand) {
-  EXPECT_EQ(Scene().notes(),
-            std::string("\n  Read:  Pro Tools 12.5.1, 48000 Hz, 120 BPM\n  Wrote: Song.rpp\n") + kQuietBody);
-  EXPECT_EQ(Scene().media(), "");
-}
-
-TEST(Notes, CheckSaysSoInPlaceOfThePathAndKeepsTheRest) {
   Scene scene;
+  const std::string read = "\n  Read:  Pro Tools 12.5.1, 48000 Hz, 120 BPM\n";
+  EXPECT_EQ(scene.notes(), read + "  Wrote: Song.rpp\n" + kQuietBody);
+  EXPECT_EQ(scene.media(), "");
   scene.options.check_only = true;
-  EXPECT_EQ(scene.notes(),
-            std::string("\n  Read:  Pro Tools 12.5.1, 48000 Hz, 120 BPM\n  Not written (--check).\n") + kQuietBody);
+  EXPECT_EQ(scene.notes(), read + "  Not written (--check).\n" + kQuietBody);
 }
 
 TEST(Notes, SavedBy) {
@@ -101,10 +100,7 @@ TEST(Notes, SavedBy) {
       {{"", "", -1},
        "Read:  Pro Tools (this session does not record which version saved it), 44100 Hz, 98.5 BPM\n",
        false},
-      {{"Pro Tools", "", -1},
-       "Read:  Pro Tools (this session does not record which version saved it), 44100 Hz",
-       false},
-      {{"Pro Tools HD", "12.5.1", 12}, "Read:  Pro Tools HD 12.5.1, 44100 Hz, 98.5 BPM\n", false},
+      {{"Pro Tools", "", -1}, "Read:  Pro Tools (this session does not record", false},
       {{"Pro Tools", "12.5", 12}, "Read:  Pro Tools 12.5, ", false},
       {{"Pro Tools", "12.8", 12}, "by Pro Tools 12.5. 12.8 is outside that.\n", true},
       {{"Pro Tools", "2023.12", 2023}, "by Pro Tools 12.5. 2023.12 is outside that.\n", true},
@@ -121,7 +117,16 @@ TEST(Notes, SavedBy) {
   }
 }
 
-// A session with a bit of everything, as a whole: holds wording, order and the values of most rows.
+// The first line of each note.
+std::string heads_of(const std::string& notes) {
+  std::string heads = "\n";
+  for (std::size_t at = 0; at < notes.size(); at = notes.find('\n', at) + 1) {
+    if (notes.find_first_not_of(' ', at) == at + 2) heads += notes.substr(at, notes.find('\n', at) + 1 - at);
+  }
+  return heads;
+}
+
+// A session with a bit of everything: holds the order and the values of most rows.
 TEST(Notes, FullSessionInOrder) {
   Scene scene;
   RunCounters& counters = scene.counters;
@@ -150,10 +155,9 @@ TEST(Notes, FullSessionInOrder) {
   counters.deleted_placements = 9, counters.alternate_playlists = 3;
   scene.meters = {{0, 1, 3, 4}, {2880000, 2, 4, 4}};
   counters.meter_changes_written = 1;
-  EXPECT_EQ(scene.notes(), R"text(
+  EXPECT_EQ(heads_of(scene.notes()), R"text(
   Read:  Pro Tools 12.5.1, 48000 Hz, 120 BPM
   Wrote: Song.rpp
-
   21 tracks, 340 clips, 0 MIDI notes
   19 mixer strips (faders, pans, mute)
   track list taken from the strip rows (name scan found 0 of 20)
@@ -161,173 +165,92 @@ TEST(Notes, FullSessionInOrder) {
   master fader "Master 1" carried onto the REAPER master
   77 automation points across 5 tracks
   6 automated track(s) set to Read (Trim/Read would
-      apply the fader on top of its own automation)
   4 fader(s) parked at unity so the volume envelope alone
-      carries the level, not the fader times the envelope
   tempo map with 3 changes
   0 clips stretched, 0 of them read from the session
   1 fade-ins, 2 fade-outs, 3 crossfades
   8 clips given clip gain
   21 track(s) have no color set. Pro Tools does not STORE a color
-      for those -- it draws them from a display setting, so the same
-      session shows different colors on a machine set up
-      differently. There is nothing to carry, so they keep REAPER's
-      own default rather than a color this tool guessed.
   meter 3/4, read from the session
   NOTE: this session has 1 meter change(s) after the first,
-      4/4 at bar 2
-      All 1 are written as REAPER time signature changes, at
-      the same bars. Worth one look at the ruler after opening.
   2 memory location(s) written as REAPER markers
   1 written as REAPER REGIONS -- those are Pro Tools
-      Selection memory locations, which store a time RANGE
-      rather than a point
   1 memory location(s) have time property NONE and were NOT
-      written. Those store no timeline position at all -- Pro
-      Tools does not draw them either, so there is nothing to
-      place. Their zoom, height and group settings are Pro
-      Tools view state and have no REAPER equivalent.
-      None carried a stored marker color, so REAPER shows them
-      in its default color. Pro Tools may still draw them in
-      colors it generates for display; those are not stored
-      in the session.
   1 of them carried a clip gain ENVELOPE, written as REAPER
-      take volume envelopes. Points outside the clip are kept by
-      interpolating to its edge, as Pro Tools plays them.
   WARNING: this session has 2 MASTER FADERS. REAPER has exactly
-      one master, so only the first was carried. The others are
-      NOT in the .rpp -- neither their gain nor their inserts.
-      Pro Tools also allows them at any width (mono, stereo, LCR,
-      5.1); anything past stereo is untested here.
-      If a second master was doing real work, print through it
-      before converting.
   2 track(s) are HIDDEN in Pro Tools and arrive hidden in both REAPER's
-      track panel and its mixer: Scratch Old bus
   20 track(s) carry their Pro Tools track HEIGHT, in pixels as Pro Tools
-      stores it. REAPER raises anything below its own minimum.
   1 track(s) are SOLOED in the session and arrive soloed: Kick
   1 track(s) carry a COMMENT in Pro Tools: Vox
-      Each is a "Track: comment" line in the project notes window
-      (View > Project Notes). --comments item puts them on the tracks.
   1 surround track(s) folded from their Pro Tools legs into one
-      multichannel track each, the way a stereo pair is folded: one
-      track, one item, one insert chain, channels in the file's order.
-      A wide strip's own panner is not carried; a mono or stereo
-      source panned into a surround bus gets ReaSurroundPan (below).
   1 track(s) were soloed AND muted in Pro Tools, which keeps them silent.
-      REAPER would play them (a solo overrides a mute there), so they arrive
-      muted with their solo off.
-      Every soloed track was muted, so the track "Pro Tools solo (the
-      soloed tracks were muted)" was added, soloed and empty: it keeps the
-      other tracks silent the way Pro Tools' solo does. Unsolo it to hear
-      everything; delete it when you like.
   Item timebase written per track: 20 Time (sample-based), 0 Beats
-      (tick-based MIDI), 1 Beats-position (tick-based audio), so a tempo
-      edit in REAPER moves what Pro Tools would move.
   1 clip(s) were locked in Pro Tools and are LOCKED in REAPER. REAPER
-      has one item lock, so a clip that was only Time-locked (kept in
-      place but still editable) is locked for edits as well.
   1 tick-based tracks, 20 sample-based
   2 clip(s) carry a sync point and are placed by it, as Pro Tools
-      places them: the clip starts that far before its stored position
   3 alternate playlists matched to their parent track
   4 Pro Tools stereo track(s) merged from split mono
   3 written as REAPER fixed lanes
   2 track(s) had no clips and were written empty, mixer state intact
   1 track(s) were INACTIVE in Pro Tools and are written MUTED --
-      silent, as they were, with clips and plug-ins intact. Unmute
-      in REAPER to bring one back.
   1 track(s) had VOICE set to OFF in Pro Tools and are
-      written MUTED -- silent, as they were, with clips and
-      plug-ins intact. REAPER has no voice limit, so unmute
-      to bring one back.
   6 fade references dropped as clips
   1 fades sat on no kept clip edge
   2 S-curve fade(s) written as REAPER's S shape (5.1)
   9 deleted clip placement(s) are still in this session: edits or takes
-      removed from a track that Pro Tools keeps in the file for its undo
-      queue and cannot show after a reopen. Left out, as the author removed
-      them; --recover-deleted brings them back as muted tracks beside their
-      parent, at their original positions.
   3 alternate playlists kept as lanes (--drop-alt-takes to leave them out)
-
 )text");
 }
 
-// A switch that finds nothing to do still answers.
-TEST(Notes, SwitchesThatPrintByThemselves) {
-  const auto added = [](bool ConversionOptions::*option) {
-    return added_by([&](Scene& scene) { scene.options.*option = true; });
-  };
-  EXPECT_EQ(added(&ConversionOptions::no_sidechain), "  --no-sidechain: key inputs left unwired\n");
-  EXPECT_TRUE(
-      added(&ConversionOptions::keep_inaudible_midi).starts_with("  --keep-inaudible-midi: 0 MIDI event(s) outside"));
-  EXPECT_EQ(added(&ConversionOptions::truncate_midi_to_clip),
-            "  --truncate-midi-to-clip: no note runs past a clip edge, so nothing is cut.\n");
-  EXPECT_EQ(added(&ConversionOptions::tempo_ramps),
-            "      --tempo-ramps: no drawn ramp here; every tempo event is a plain step\n");
-  EXPECT_EQ(added(&ConversionOptions::no_stand_ins),
-            "  --no-stand-ins: on; no Avid plug-in in this session had a REAPER stand-in.\n");
-  EXPECT_TRUE(
-      added(&ConversionOptions::no_track_colors).starts_with("  --no-track-colors: every track is in REAPER's"));
-  EXPECT_TRUE(added(&ConversionOptions::no_clip_colors).starts_with("  --no-clip-colors: 0 clip(s) that would carry"));
-  EXPECT_EQ(added(&ConversionOptions::recover_deleted), "");
-  EXPECT_EQ(added(&ConversionOptions::no_click), "");
-}
-
-TEST(Notes, ClassicThemeIsToldOnlyWhereTheSessionWouldBeDark) {
-  for (const bool new_enough : {false, true}) {
-    for (const int theme : {0, 1, 2}) {
-      for (const bool no_colors : {false, true}) {
-        Scene scene;
-        scene.dark_theme_default = new_enough;
-        scene.options.pt_theme = theme;
-        scene.options.no_clip_colors = no_colors;
-        EXPECT_EQ(contains(scene.notes(), "  Clip colors follow Pro Tools' Classic theme, as chosen.\n"),
-                  new_enough && theme == 1 && !no_colors);
-      }
-    }
-  }
+TEST(Notes, SwitchesThatFindNothingToDoStillAnswer) {
+  expect_notes({
+      {"  --no-sidechain: key inputs left unwired\n", [](Scene& s) { s.options.no_sidechain = true; }},
+      {"  --keep-inaudible-midi: 0 MIDI event(s) outside", [](Scene& s) { s.options.keep_inaudible_midi = true; }},
+      {"  --truncate-midi-to-clip: no note runs past", [](Scene& s) { s.options.truncate_midi_to_clip = true; }},
+      {"      --tempo-ramps: no drawn ramp here;", [](Scene& s) { s.options.tempo_ramps = true; }},
+      {"  --no-stand-ins: on; no Avid plug-in in this", [](Scene& s) { s.options.no_stand_ins = true; }},
+      {"  --no-track-colors: every track is in REAPER's", [](Scene& s) { s.options.no_track_colors = true; }},
+      {"  --no-clip-colors: 0 clip(s) that would carry", [](Scene& s) { s.options.no_clip_colors = true; }},
+      {"", [](Scene& s) { s.options.recover_deleted = s.options.no_click = true; }},
+  });
 }
 
 TEST(Notes, TempoRamps) {
-  Scene scene;
-  scene.options.tempo_ramps = true;
-  scene.counters.tempo_changes = 9;
-  scene.counters.ramps_written = 2;
-  scene.counters.ramp_point_error = 0.00001;
-  scene.counters.ramp_inner_error = 0.0125;
-  scene.rate = 96000;
-  std::string text = scene.notes();
-  EXPECT_TRUE(contains(text, "      --tempo-ramps: 2 drawn ramp(s) written")) << text;
-  EXPECT_TRUE(contains(text, "beat count -- 0.0100 ms here, 0.96 sample(s)\n      at 96000 Hz --")) << text;
-  EXPECT_TRUE(contains(text, "differ by up to 12.50 ms")) << text;
-  EXPECT_FALSE(contains(text, "ramp(s) left")) << text;
-
-  scene.counters.ramps_written = 0;
-  scene.counters.ramps_left = 1;
-  text = scene.notes();
-  EXPECT_TRUE(contains(text, "  tempo map with 9 changes\n      1 ramp(s) left as Pro Tools' steps")) << text;
-  EXPECT_FALSE(contains(text, "no drawn ramp here")) << text;
-
-  scene.options.tempo_ramps = false;
-  EXPECT_FALSE(contains(scene.notes(), "ramp")) << text;
+  const auto text = [](bool option, int written, int left) {
+    Scene scene;
+    scene.rate = 96000;
+    scene.options.tempo_ramps = option;
+    scene.counters.tempo_changes = 9;
+    scene.counters.ramps_written = written;
+    scene.counters.ramps_left = left;
+    scene.counters.ramp_point_error = 0.00001;
+    scene.counters.ramp_inner_error = 0.0125;
+    return scene.notes();
+  };
+  EXPECT_TRUE(contains(text(true, 2, 0), "      --tempo-ramps: 2 drawn ramp(s) written"));
+  EXPECT_TRUE(contains(text(true, 2, 0), "beat count -- 0.0100 ms here, 0.96 sample(s)\n      at 96000 Hz --"));
+  EXPECT_TRUE(contains(text(true, 2, 0), "differ by up to 12.50 ms"));
+  EXPECT_FALSE(contains(text(true, 2, 0), "ramp(s) left"));
+  EXPECT_TRUE(contains(text(true, 0, 1), "  tempo map with 9 changes\n      1 ramp(s) left as Pro Tools' steps"));
+  EXPECT_FALSE(contains(text(true, 0, 1), "no drawn ramp here"));
+  EXPECT_FALSE(contains(text(false, 0, 1), "ramp"));
 }
 
 TEST(Notes, MidiEventsByTheirSwitches) {
-  const auto added = [](bool keep, bool cut, int muted, int notes) {
-    return added_by([=](Scene& scene) {
+  const auto midi = [](bool keep, bool cut, int muted, int notes) {
+    return [=](Scene& scene) {
       scene.options.keep_inaudible_midi = keep;
       scene.options.truncate_midi_to_clip = cut;
       scene.counters.muted_midi_events = muted;
       scene.counters.notes_past_clip_edges = notes;
-    });
+    };
   };
-  EXPECT_TRUE(added(false, false, 3, 0).starts_with("  3 MIDI event(s) kept but muted -- outside"));
-  EXPECT_TRUE(added(true, false, 3, 0).starts_with("  3 MIDI note event(s) kept but muted: notes too short"));
-  EXPECT_TRUE(
-      added(false, true, 0, 4).starts_with("  --truncate-midi-to-clip: 4 note(s) run past a clip edge and are CUT"));
-  EXPECT_TRUE(added(false, false, 0, 4).starts_with("  4 note(s) run past a clip edge; those items were lengthened"));
+  expect_notes({
+      {"  3 MIDI event(s) kept but muted -- outside", midi(false, false, 3, 0)},
+      {"  3 MIDI note event(s) kept but muted: notes too short", midi(true, false, 3, 0)},
+      {"  --truncate-midi-to-clip: 4 note(s) run past a clip edge and are CUT", midi(false, true, 0, 4)},
+      {"  4 note(s) run past a clip edge; those items were lengthened", midi(false, false, 0, 4)},
+  });
 }
 
 TEST(Notes, DualPanPointsCountOnStripsWithMixerDataOnly) {
@@ -385,82 +308,94 @@ TEST(Notes, MeterEvents) {
   EXPECT_TRUE(meters(eight_repeats, 0).ends_with(", 4/4 at bar 9, ... and 1 more\n"));
 }
 
-TEST(Notes, MarkerColours) {
-  const auto added = [](int markers, int colored, std::vector<std::string> unmapped) {
-    return added_by([&](Scene& scene) {
-      scene.counters.markers = markers;
+TEST(Notes, MarkersByWhatTheirColorsBecame) {
+  const auto markers = [](int count, int colored, std::vector<std::string> unmapped) {
+    return [=](Scene& scene) {
+      scene.counters.markers = count;
       scene.counters.colored_markers = colored;
       scene.counters.unmapped_marker_colors = unmapped;
-    });
+    };
   };
-  EXPECT_EQ(added(2, 1, {"Verse", "Solo 2"}),
-            "  2 memory location(s) written as REAPER markers\n"
-            "      1 of them carried a marker color. A marker Pro Tools\n"
-            "      left unset keeps REAPER's default -- the color it shows\n"
-            "      for those is generated for display and not stored.\n"
-            "      2 marker(s) carry a Pro Tools color this build cannot\n"
-            "      map yet, and arrive in REAPER's default color: Verse, Solo 2\n");
-  EXPECT_TRUE(contains(added(1, 0, {}), "None carried a stored marker color"));
-  EXPECT_EQ(added(0, 0, {}), "");
+  expect_notes({
+      {"\n      1 of them carried a marker color.", markers(2, 1, {})},
+      {"\n      map yet, and arrive in REAPER's default color: Verse, Solo 2\n", markers(2, 1, {"Verse", "Solo 2"})},
+      {"None carried a stored marker color", markers(1, 0, {})},
+      {"", markers(0, 0, {})},
+  });
 }
 
-TEST(Notes, PanDepth) {
-  const auto added = [](bool read, int value, double db) {
-    return added_by([&](Scene& scene) { scene.settings.pan_depth = {read, value, value >= 1 && value <= 4, db}; });
+TEST(Notes, SettingsThatDifferFromTheUsual) {
+  const auto pan_depth = [](bool read, int value, double db) {
+    return [=](Scene& scene) { scene.settings.pan_depth = {read, value, value >= 1 && value <= 4, db}; };
   };
-  EXPECT_EQ(
-      added(true, 1, -2.5),
-      "  Pan law: -2.5 dB, read from the session's Pan Depth\n      setting (Pro Tools' own default is -3.0 dB).\n");
-  EXPECT_EQ(added(true, 2, -3.0), "");
-  EXPECT_TRUE(added(true, 4, -6.0).starts_with("  Pan law: -6.0 dB, "));
-  EXPECT_TRUE(added(true, 0, -3.0).starts_with("  *** Pan Depth enum 0 is not one this build knows.\n"));
-  EXPECT_TRUE(added(true, 5, -3.0).starts_with("  *** Pan Depth enum 5 is not one this build knows.\n"));
-  EXPECT_EQ(added(false, 0, -3.0), "");
+  const auto recording = [](bool written, RecordingFormat format) {
+    return [=](Scene& scene) {
+      scene.counters.recording_format_written = written;
+      scene.settings.recording = format;
+    };
+  };
+  const auto grid = [](bool written, MusicalStep nudge) {
+    return [=](Scene& scene) {
+      scene.counters.grid_written = written;
+      scene.counters.grid_quarters = 0.25;
+      scene.settings.grid.nudge = nudge;
+    };
+  };
+  expect_notes({
+      {"  Pan law: -2.5 dB, read from the session's Pan Depth\n", pan_depth(true, 1, -2.5)},
+      {"", pan_depth(true, 2, -3.0)},
+      {"  Pan law: -6.0 dB, ", pan_depth(true, 4, -6.0)},
+      {"  *** Pan Depth enum 0 is not one this build knows.\n", pan_depth(true, 0, -3.0)},
+      {"  *** Pan Depth enum 5 is not one this build knows.\n", pan_depth(true, 5, -3.0)},
+      {"", pan_depth(false, 0, -3.0)},
+      {"  Bit depth: 32-bit float written as", recording(true, {true, 32, 32, true, 3})},
+      {"  Bit depth: 16-bit written as", recording(true, {true, 16, 16, false, 3})},
+      {"  Bit depth: 16-bit AIFF session;", recording(false, {true, 16, 16, false, 4})},
+      {"", recording(false, {true, 24, 24, false, 4})},
+      {"", recording(false, {true, 24, 24, false, 3})},
+      {"", recording(false, {false, 0, 0, false, 4})},
+      {"  Edit grid written as REAPER's grid (0.25 of a quarter note).\n", grid(true, {})},
+      {"      Nudge (0| 1| 060) is not carried", grid(true, {0, 1, 60})},
+      {"", grid(false, {0, 1, 60})},
+  });
 }
 
-TEST(Notes, AutomationModes) {
-  const auto added = [](int not_in_read, std::vector<std::string> off, std::vector<std::string> modes) {
-    return added_by([&](Scene& scene) {
+TEST(Notes, TrackNamesByModeAndOption) {
+  const auto automation = [](int not_in_read, Lines off, Lines modes) {
+    return [=](Scene& scene) {
       scene.counters.tracks_not_in_read = not_in_read;
       scene.counters.automation_off_tracks = off;
       scene.counters.other_mode_tracks = modes;
-    });
+    };
   };
-  const std::string off_alone = added(1, {"Gtr"}, {" Gtr=Off"});
-  EXPECT_TRUE(off_alone.starts_with("  1 track(s) have automation mode OFF in Pro Tools: Gtr\n"));
-  EXPECT_FALSE(contains(off_alone, "other than Read"));
-  EXPECT_TRUE(
-      contains(added(2, {"Gtr"}, {" Gtr=Off", " Bs=Touch+Trim"}),
-               "  2 track(s) use an automation mode other than Read and arrive in it: Gtr=Off Bs=Touch+Trim\n"));
-}
-
-TEST(Notes, CommentsByMode) {
-  const char* const texts[] = {"named \"Pro Tools comment\". It plays nothing.\n", "(View > Project Notes).",
-                               "      NOT WRITTEN (--comments none).\n"};
-  for (int mode = 0; mode < 3; ++mode) {
-    Scene scene;
-    scene.options.comments_mode = mode;
-    EXPECT_FALSE(contains(scene.notes(), texts[mode]));
-    scene.counters.commented_tracks = {"A", "B c"};
-    const std::string text = scene.notes();
-    EXPECT_TRUE(contains(text, "  2 track(s) carry a COMMENT in Pro Tools: A B c\n")) << text;
-    for (int other = 0; other < 3; ++other) EXPECT_EQ(contains(text, texts[other]), other == mode) << text;
-  }
-}
-
-TEST(Notes, RecordingFormat) {
-  const auto added = [](bool written, RecordingFormat format) {
-    return added_by([&](Scene& scene) {
-      scene.counters.recording_format_written = written;
-      scene.settings.recording = format;
-    });
+  const auto comments = [](int mode) {
+    return [=](Scene& scene) {
+      scene.options.comments_mode = mode;
+      scene.counters.commented_tracks = {"A", "B c"};
+    };
   };
-  EXPECT_TRUE(added(true, {true, 32, 32, true, 3}).starts_with("  Bit depth: 32-bit float written as"));
-  EXPECT_TRUE(added(true, {true, 16, 16, false, 3}).starts_with("  Bit depth: 16-bit written as"));
-  EXPECT_TRUE(added(false, {true, 16, 16, false, 4}).starts_with("  Bit depth: 16-bit AIFF session;"));
-  EXPECT_EQ(added(false, {true, 24, 24, false, 4}), "");
-  EXPECT_EQ(added(false, {true, 24, 24, false, 3}), "");
-  EXPECT_EQ(added(false, {false, 0, 0, false, 4}), "");
+  const auto theme = [](bool dark_by_default, int chosen, bool no_colors) {
+    return [=](Scene& scene) {
+      scene.dark_theme_default = dark_by_default;
+      scene.options.pt_theme = chosen;
+      scene.options.no_clip_colors = no_colors;
+    };
+  };
+  expect_notes({
+      {"  1 track(s) have automation mode OFF in Pro Tools: Gtr\n", automation(1, {"Gtr"}, {" Gtr=Off"})},
+      {"an automation mode other than Read and arrive in it: Gtr=Off Bs=Touch+Trim\n",
+       automation(2, {"Gtr"}, {" Gtr=Off", " Bs=Touch+Trim"})},
+      {"  2 track(s) carry a COMMENT in Pro Tools: A B c\n", comments(0)},
+      {"named \"Pro Tools comment\". It plays nothing.\n", comments(0)},
+      {"(View > Project Notes).", comments(1)},
+      {"      NOT WRITTEN (--comments none).\n", comments(2)},
+      {"  Clip colors follow Pro Tools' Classic theme, as chosen.\n", theme(true, 1, false)},
+      {"", theme(false, 1, false)},
+      {"", theme(true, 0, false)},
+      {"", theme(true, 2, false)},
+  });
+  EXPECT_FALSE(contains(added_by(automation(1, {"Gtr"}, {" Gtr=Off"})), "other than Read"));
+  EXPECT_FALSE(contains(added_by(theme(true, 1, true)), "Classic theme"));
 }
 
 TEST(Notes, Timecode) {
@@ -488,115 +423,78 @@ TEST(Notes, Timecode) {
   EXPECT_FALSE(contains(scene.notes(), "REAPER has no "));
 }
 
-TEST(Notes, GridAndNudge) {
-  const auto added = [](bool grid, MusicalStep nudge) {
-    return added_by([&](Scene& scene) {
-      scene.counters.grid_written = grid;
-      scene.counters.grid_quarters = 0.25;
-      scene.settings.grid.nudge = nudge;
-    });
-  };
-  EXPECT_EQ(added(true, {}), "  Edit grid written as REAPER's grid (0.25 of a quarter note).\n");
-  EXPECT_TRUE(contains(added(true, {0, 1, 60}), "      Nudge (0| 1| 060) is not carried"));
-  EXPECT_EQ(added(false, {0, 1, 60}), "");
-}
-
 TEST(Notes, TracksWithoutTheirOwnTimebaseRecord) {
-  const auto added = [](int that_way, bool samples, int judged, bool records) {
-    return added_by([=](Scene& scene) {
+  const auto timebases = [](int that_way, bool samples, int judged, bool records) {
+    return [=](Scene& scene) {
       scene.counters.timebase_read_that_way = that_way;
       scene.counters.timebase_all_samples = samples;
       scene.counters.timebase_judged = judged;
       scene.counters.timebase_records_exist = records;
-    });
+    };
   };
-  EXPECT_TRUE(contains(added(2, true, 0, true), "every record in the session says sample-based, so"));
-  EXPECT_TRUE(contains(added(2, false, 0, true), "every record in the session says tick-based, so"));
-  EXPECT_TRUE(contains(added(0, false, 1, true), "      the records disagree, so they were judged"));
-  EXPECT_TRUE(contains(added(0, false, 1, false), "      1 of them: this session holds no timebase records at all"));
+  expect_notes({
+      {"every record in the session says sample-based, so", timebases(2, true, 0, true)},
+      {"every record in the session says tick-based, so", timebases(2, false, 0, true)},
+      {"      the records disagree, so they were judged", timebases(0, false, 1, true)},
+      {"      1 of them: this session holds no timebase records at all", timebases(0, false, 1, false)},
+  });
 }
 
-TEST(Notes, NameLists) {
-  EXPECT_EQ(added_by([](Scene& scene) {
-              scene.counters.click_left_out = 2;
-              scene.counters.click_left_out_names = {"Click", "Click 2"};
-            }),
-            "  2 Click track(s) left out (--no-click): \"Click\", \"Click 2\"\n");
-  EXPECT_TRUE(added_by([](Scene& scene) {
-                scene.counters.click_kept = {"Click"};
-              }).starts_with("  \"Click\" holds a Click II but also something else"));
-  EXPECT_TRUE(contains(added_by([](Scene& scene) {
-                         scene.counters.group_gain_lines = {"Vox-01", "Vox-02"};
-                       }),
-                       ":\n      \"Vox-01\"\n      \"Vox-02\"\n"));
-}
-
-TEST(Notes, WideStripsListEightNames) {
-  const auto added = [](int strips) {
-    return added_by([=](Scene& scene) {
-      for (int i = 1; i <= strips; ++i) scene.counters.wide_strips.push_back(format_text("S%d (6 control slots)", i));
-    });
+TEST(Notes, ListsAndWhatLeavesThemOut) {
+  const auto wide_strips = [](int count) {
+    return [=](Scene& scene) {
+      for (int i = 1; i <= count; ++i) scene.counters.wide_strips.push_back(format_text("S%d", i));
+    };
   };
-  EXPECT_TRUE(added(8).ends_with("      S8 (6 control slots)\n"));
-  EXPECT_TRUE(added(9).ends_with("      S8 (6 control slots)\n      ... and 1 more\n"));
-}
+  EXPECT_TRUE(added_by(wide_strips(8)).ends_with("      S8\n"));
+  EXPECT_TRUE(added_by(wide_strips(9)).ends_with("      S8\n      ... and 1 more\n"));
 
-TEST(Notes, FreezeRecordsAreToldUnlessAFrozenTrackWasDelivered) {
-  const auto added = [](int delivered) {
-    return added_by([=](Scene& scene) {
+  const auto click_left_out = [](Scene& scene) {
+    scene.counters.click_left_out = 2;
+    scene.counters.click_left_out_names = {"Click", "Click 2"};
+  };
+  const auto freeze = [](int delivered) {
+    return [=](Scene& scene) {
       scene.counters.freeze_records = 2;
       scene.counters.frozen_tracks_delivered = delivered;
-    });
+    };
   };
-  EXPECT_TRUE(added(0).starts_with("  2 internal freeze record(s) left out"));
-  EXPECT_EQ(added(1), "");
-}
-
-TEST(Notes, NamesThatDidNotAlign) {
-  EXPECT_TRUE(added_by([](Scene& scene) {
-                scene.counters.names_aligned = false;
-              }).starts_with("  WARNING: this session holds a track type this build does not\n"));
-}
-
-TEST(Notes, DeletedPlacementsAndAlternatesByTheirSwitches) {
-  const auto added = [](bool recover, bool keep) {
-    return added_by([=](Scene& scene) {
+  const auto recovery = [](bool recover, bool keep) {
+    return [=](Scene& scene) {
       scene.options.recover_deleted = recover;
       scene.options.keep_alt_takes = keep;
       scene.counters.deleted_placements = 4;
       scene.counters.alternate_playlists = 5;
-    });
+    };
   };
-  EXPECT_TRUE(added(false, true).starts_with("  4 deleted clip placement(s) are still in this session"));
-  EXPECT_TRUE(
-      added(true, true).starts_with("  4 deleted clip placement(s) RECOVERED: written as MUTED \"[alt takes]\"\n"));
-  EXPECT_TRUE(
-      added(false, true).ends_with("  5 alternate playlists kept as lanes (--drop-alt-takes to leave them out)\n"));
-  EXPECT_TRUE(added(false, false).ends_with("  5 alternate playlists set aside (--drop-alt-takes was given)\n"));
+  expect_notes({
+      {"  2 Click track(s) left out (--no-click): \"Click\", \"Click 2\"\n", click_left_out},
+      {"  \"Click\" holds a Click II but also something else", [](Scene& s) { s.counters.click_kept = {"Click"}; }},
+      {":\n      \"A-01\"\n      \"A-02\"\n",
+       [](Scene& s) {
+         s.counters.group_gain_lines = {"A-01", "A-02"};
+       }},
+      {"  2 internal freeze record(s) left out", freeze(0)},
+      {"", freeze(1)},
+      {"  WARNING: this session holds a track type", [](Scene& s) { s.counters.names_aligned = false; }},
+      {"  4 deleted clip placement(s) are still in this session", recovery(false, true)},
+      {"  4 deleted clip placement(s) RECOVERED: written as MUTED", recovery(true, true)},
+      {"  5 alternate playlists kept as lanes (--drop-alt-takes", recovery(false, true)},
+      {"  5 alternate playlists set aside (--drop-alt-takes", recovery(false, false)},
+  });
 }
 
 // ---- media ----
 
-TEST(MediaNotes, SixMissingFilesAreNamed) {
+TEST(MediaNotes, SixMissingFilesAreNamedCutTo64Bytes) {
   Scene scene;
-  for (int i = 1; i <= 6; ++i) scene.counters.missing_files.push_back(format_text("take_%d.wav", i));
-  std::string text = scene.media();
-  EXPECT_TRUE(text.starts_with(
-      "  WARNING: 6 referenced audio file(s) are not in \"Audio Files\" or beside it:\n      take_1.wav\n"))
-      << text;
-  EXPECT_EQ(count_in(text, ".wav\n"), 6);
-  EXPECT_FALSE(contains(text, "... and"));
-  scene.counters.missing_files.push_back("take_7.wav");
-  text = scene.media();
-  EXPECT_TRUE(contains(text, "      take_6.wav\n      ... and 1 more\n      REAPER will search for these")) << text;
-}
-
-TEST(MediaNotes, MissingNameIsCutTo64Bytes) {
-  Scene scene;
-  scene.counters.missing_files = {std::string(64, 'a'), std::string(65, 'b')};
-  const std::string text = scene.media();
-  EXPECT_TRUE(contains(text, " " + std::string(64, 'a') + "\n")) << text;
-  EXPECT_TRUE(contains(text, " " + std::string(64, 'b') + "\n")) << text;
+  const std::string as(64, 'a');
+  scene.counters.missing_files = {as, as + "b", "3.wav", "4.wav", "5.wav", "6.wav"};
+  const std::string head = "  WARNING: 6 referenced audio file(s) are not in \"Audio Files\" or beside it:\n      " +
+                           as + "\n      " + as + "\n      3.wav\n      4.wav\n      5.wav\n      6.wav\n      ";
+  EXPECT_TRUE(scene.media().starts_with(head + "REAPER will search for these")) << scene.media();
+  scene.counters.missing_files.push_back("7.wav");
+  EXPECT_TRUE(contains(scene.media(), "      6.wav\n      ... and 1 more\n      REAPER will search")) << scene.media();
 }
 
 TEST(MediaNotes, SiblingFolders) {
@@ -606,9 +504,7 @@ TEST(MediaNotes, SiblingFolders) {
   const std::string head =
       "  3 audio file(s) the session lists are in its own sibling folder(s)\n"
       "      rather than the media folder: Bounced Files (2) Rendered Files (1)\n";
-  EXPECT_EQ(scene.media(), head +
-                               "      No clip uses them (freeze renders are not needed: the frozen\n"
-                               "      track converts from its source with the plug-in live).\n");
+  EXPECT_TRUE(scene.media().starts_with(head + "      No clip uses them")) << scene.media();
   EXPECT_TRUE(contains(scene.closing(), "  Media folder written into every FILE line:\n"));
   scene.counters.clips_in_sibling_folders = 4;
   EXPECT_EQ(scene.media(), head + "      4 clip(s) use them; their FILE lines point there.\n");
@@ -617,45 +513,39 @@ TEST(MediaNotes, SiblingFolders) {
 
 // ---- closing ----
 
-TEST(ClosingNotes, Plain) {
-  EXPECT_EQ(Scene().closing(),
-            "  Media folder written into every FILE line:\n"
-            "      Audio Files\n"
-            "  If REAPER shows OFFLINE, that path is wrong - re-run with\n"
-            "      --audio-dir \"<the folder your .wav files are really in>\"\n"
-            "\n"
-            "  PRIVACY: this program contains no network code. No information\n"
-            "      about this session was transmitted from this computer: no\n"
-            "      upload, no telemetry, no usage reporting. A report reaches\n"
-            "      kestrel only when it is attached to an email and sent.\n");
-}
-
-TEST(ClosingNotes, SharedUsageChangesThePrivacyParagraph) {
+TEST(ClosingNotes, PlainAndWithASharedUsageSummary) {
   Scene scene;
-  scene.options.usage_shared = true;
   EXPECT_TRUE(
-      scene.closing().ends_with("  PRIVACY: this program contains no network code. It wrote an\n"
-                                "      anonymous summary of this conversion (counts, and which plug-ins\n"
-                                "      converted how), which kestrel sends because usage summaries are on\n"
-                                "      in Help > App settings. The summary holds no track, clip or file\n"
-                                "      names, no paths and no audio. Nothing else about this session\n"
-                                "      left this computer. A report reaches kestrel only when it is\n"
-                                "      attached to an email and sent.\n"));
+      scene.closing().starts_with("  Media folder written into every FILE line:\n"
+                                  "      Audio Files\n"
+                                  "  If REAPER shows OFFLINE, that path is wrong - re-run with\n"
+                                  "      --audio-dir \"<the folder your .wav files are really in>\"\n"
+                                  "\n"
+                                  "  PRIVACY: this program contains no network code. No information\n"))
+      << scene.closing();
+  scene.options.usage_shared = true;
+  EXPECT_TRUE(contains(scene.closing(), "\n  PRIVACY: this program contains no network code. It wrote an\n"));
+  EXPECT_FALSE(contains(scene.closing(), "No information"));
 }
 
 TEST(ClosingNotes, DepthThatWasNotCarried) {
-  Scene scene;
-  scene.settings.recording = {true, 24, 24, false, 3};
-  EXPECT_TRUE(scene.closing().starts_with("  The session records at 24-bit. Existing audio"));
-  scene.settings.recording = {true, 20, 0, false, 3};
-  EXPECT_TRUE(scene.closing().starts_with("  The session records at 20-bit. Existing audio"));
-  scene.settings.recording = {true, 32, 32, true, 4};
-  EXPECT_TRUE(scene.closing().starts_with("  The session records at 32-bit float. Existing audio"));
-  scene.counters.recording_format_written = true;
-  EXPECT_TRUE(scene.closing().starts_with("  Media folder"));
-  scene.counters.recording_format_written = false;
-  scene.settings.recording = {true, 0, 0, false, 3};
-  EXPECT_TRUE(scene.closing().starts_with("  Media folder"));
+  const struct {
+    RecordingFormat recording;
+    bool written;
+    const char* text;
+  } rows[] = {
+      {{true, 24, 24, false, 3}, false, "  The session records at 24-bit. Existing audio"},
+      {{true, 20, 0, false, 3}, false, "  The session records at 20-bit. Existing audio"},
+      {{true, 32, 32, true, 4}, false, "  The session records at 32-bit float. Existing audio"},
+      {{true, 32, 32, true, 4}, true, "  Media folder"},
+      {{true, 0, 0, false, 3}, false, "  Media folder"},
+  };
+  for (const auto& row : rows) {
+    Scene scene;
+    scene.settings.recording = row.recording;
+    scene.counters.recording_format_written = row.written;
+    EXPECT_TRUE(scene.closing().starts_with(row.text)) << row.text;
+  }
 }
 
 TEST(ClosingNotes, LongClips) {
@@ -692,27 +582,19 @@ TEST(TimecodeText, Table) {
     const char* text;
   } rows[] = {
       {0, 30, false, "00:00:00:00"},
-      {86400, 24, false, "01:00:00:00"},
-      {86423, 24, false, "01:00:00:23"},
       {1800, 30, false, "00:01:00:00"},
       // Two numbers are dropped at each minute but every tenth, times the rate over 30.
-      {1, 30, true, "00:00:00;01"},
       {1799, 30, true, "00:00:59;29"},
       {1800, 30, true, "00:01:00;02"},
       {17981, 30, true, "00:09:59;29"},
       {17982, 30, true, "00:10:00;00"},
-      {107892, 30, true, "01:00:00;00"},
-      {3600, 60, true, "00:01:00;04"},
       {215784, 60, true, "01:00:00;00"},
-      {7200, 120, true, "00:01:00;008"},
       {431568, 120, true, "01:00:00;000"},
       // A rate that is no multiple of 30 has nothing to drop, but keeps the mark.
       {50, 25, true, "00:00:02;00"},
-      {24, 24, true, "00:00:01;00"},
       // Three digits from 101 frames a second on.
       {199, 100, false, "00:00:01:99"},
       {201, 101, false, "00:00:01:100"},
-      {119, 120, false, "00:00:00:119"},
       {4294967295u, 30, false, "39768:12:56:15"},
       {5, 0, true, ""},
   };

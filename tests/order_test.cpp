@@ -69,33 +69,26 @@ struct Session {
   Problem problem;
 
   StripRow& row(std::uint32_t type, std::string_view current, std::string_view original = {}) {
-    StripRow row;
+    StripRow& row = rows.emplace_back();
     row.content_type = type;
     row.current_name = current;
     row.original_name = original.empty() ? current : original;
-    rows.push_back(row);
-    return rows.back();
+    return row;
+  }
+  // Audio rows with the names given.
+  void audio_rows(std::initializer_list<std::string_view> names) {
+    for (const std::string_view name : names) row(kAudio, name);
   }
   void display_row(std::string_view name, std::uint16_t type) {
-    DisplayRow row;
+    DisplayRow& row = display_rows.emplace_back();
     row.name = name;
     row.row_type = type;
     row.has_track = type == 11;
-    display_rows.push_back(row);
   }
   std::vector<OutputTrack> order() {
     const SessionImage image(ByteView(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()));
-    return order_tracks({.image = image,
-                         .rows = rows,
-                         .options = options,
-                         .maps = maps,
-                         .folded = std::move(folded),
-                         .midi = std::move(midi),
-                         .display_rows = display_rows,
-                         .voice_off_names = voice_off,
-                         .audio_files = audio_files,
-                         .vca_masters = vca_masters,
-                         .click_tests = click_tests},
+    return order_tracks({image, rows, options, maps, std::move(folded), std::move(midi), display_rows, voice_off,
+                         audio_files, vca_masters, click_tests},
                         counters, problem);
   }
 };
@@ -126,8 +119,7 @@ TEST(Order, TracksFollowTheStripRowsWithAnEmptyOneForEachStripWithoutClips) {
   session.row(kVideo, "Picture");
   session.row(kAudio, "Aux 1");
   session.row(kInstrument, "Keys");
-  session.row(kAudio, "");
-  session.row(kAudio, "Bass");
+  session.audio_rows({"", "Bass"});
   session.row(kMidi, "Bells");
   session.row(kMidi, "Synth");
   session.row(kAudio, "Vox");
@@ -150,55 +142,40 @@ TEST(Order, ARenamedTrackIsFoundByItsOldNameUnlessAnotherTrackBearsItNow) {
   taken.row(kAudio, "Lead Vox", "Audio 1");
   taken.row(kAudio, "Audio 1", "Audio 2");
   EXPECT_EQ(names(taken.order()), "Lead Vox empty; Audio 1");
+
+  Session nameless;
+  nameless.folded = {track_of("Take [alt playlist]", "")};
+  nameless.row(kAudio, "Vox").original_name = {};
+  EXPECT_EQ(names(nameless.order()), "Vox empty; Take [alt playlist]");
 }
 
-TEST(Order, ARowWithoutAnOldNameTakesNoNamelessTrack) {
+TEST(Order, OtherLegsAndTakesComeWithTheirTrackThoughATakenOneStandsBetween) {
   Session session;
-  session.folded = {track_of("Take [alt playlist]", "")};
-  StripRow& row = session.row(kAudio, "Vox");
-  row.original_name = {};
-  EXPECT_EQ(names(session.order()), "Vox empty; Take [alt playlist]");
-}
-
-TEST(Order, OtherLegsAndTakesComeWithTheirTrack) {
-  Session session;
-  session.folded = {track_of("Gtr [L]", "Gtr"),      track_of("Gtr [R]", "Gtr"),
-                    track_of("Gtr [alt takes]", ""), track_of("Vox"),
-                    track_of("Vox [alt takes]", ""), track_of("Gtr 2 [alt takes]", "")};
-  session.row(kAudio, "Vox");
-  session.row(kAudio, "Gtr");
-  EXPECT_EQ(names(session.order()), "Vox; Vox [alt takes]; Gtr [L]; Gtr [R]; Gtr [alt takes]; Gtr 2 [alt takes]");
+  session.folded = {track_of("Gtr [L]", "Gtr"),       track_of("Gtr [R]", "Gtr"), track_of("Vox"),
+                    track_of("Gtr [alt takes]", ""),  track_of("Bass"),           track_of("Bass [alt takes]", ""),
+                    track_of("Gtr 2 [alt takes]", "")};
+  session.audio_rows({"Bass", "Vox", "Gtr"});
+  EXPECT_EQ(names(session.order()),
+            "Bass; Bass [alt takes]; Vox; Gtr [L]; Gtr [R]; Gtr [alt takes]; Gtr 2 [alt takes]");
   EXPECT_EQ(session.counters.unmatched_tracks, 1);
-}
-
-TEST(Order, ATakenTrackInBetweenDoesNotEndTheStretch) {
-  Session session;
-  session.folded = {track_of("Gtr"), track_of("Vox"), track_of("Gtr [alt takes]", "")};
-  session.row(kAudio, "Vox");
-  session.row(kAudio, "Gtr");
-  EXPECT_EQ(names(session.order()), "Vox; Gtr; Gtr [alt takes]");
 }
 
 TEST(Order, TwoRowsOfOneNameShareTheTracksOfThatName) {
   Session apart;
   apart.folded = {track_of("Gtr"), track_of("Vox"), track_of("Gtr")};
-  apart.row(kAudio, "Gtr");
-  apart.row(kAudio, "Gtr");
-  apart.row(kAudio, "Vox");
+  apart.audio_rows({"Gtr", "Gtr", "Vox"});
   EXPECT_EQ(names(apart.order()), "Gtr; Gtr; Vox");
 
   Session one;
   one.folded = {track_of("Gtr")};
-  one.row(kAudio, "Gtr");
-  one.row(kAudio, "Gtr");
+  one.audio_rows({"Gtr", "Gtr"});
   EXPECT_EQ(names(one.order()), "Gtr; Gtr empty");
 }
 
 TEST(Order, ALaneWhoseOwnerHasNoClipsRidesOnTheEmptyTrack) {
   Session session;
   session.folded = {track_of("Bass"), lane_of("Vox", "Vox.01"), lane_of("Gone", "Gone.01")};
-  session.row(kAudio, "Vox");
-  session.row(kAudio, "Bass");
+  session.audio_rows({"Vox", "Bass"});
   EXPECT_EQ(names(session.order()), "Vox empty [Vox.01]; Bass; Gone [lane: Gone.01]");
   EXPECT_EQ(session.counters.lanes, 1);
   EXPECT_EQ(session.counters.homeless_lanes_folded, 1);
@@ -244,8 +221,7 @@ TEST(Order, FreezeRendersAreLeftOutAndTellTheirFiles) {
 TEST(Order, BasicFoldersStandBeforeTheFirstTrackOfALaterRow) {
   Session session;
   session.folded = {track_of("Kick"), track_of("Vox")};
-  session.row(kAudio, "Kick");
-  session.row(kAudio, "Vox");
+  session.audio_rows({"Kick", "Vox"});
   session.display_row("Drums", 11);
   session.display_row("Inner", 11);
   session.display_row("No track", 1);
@@ -270,15 +246,13 @@ TEST(Order, InactiveAndVoiceOffCountOnceANameAndNeverTouchAlternates) {
   EXPECT_EQ(session.counters.voice_off_tracks, 1);
 }
 
-struct TableEntryCase {
-  const char* what;
-  std::string bytes;
-  bool inactive;
-};
-
 // Read as a mark, the last byte of older sessions' entries would mute every track.
 TEST(Order, OnlyAnEntryWithAnActivityMarkMakesATrackInactive) {
-  const TableEntryCase cases[] = {
+  const struct {
+    const char* what;
+    std::string bytes;
+    bool inactive;
+  } cases[] = {
       {"marked inactive", table_entry("Vox", 1, 0), true},
       {"marked active", table_entry("Vox", 1, 1), false},
       {"a track colour", table_entry("Vox", 25, 0), false},
@@ -288,7 +262,7 @@ TEST(Order, OnlyAnEntryWithAnActivityMarkMakesATrackInactive) {
       {"another size", table_entry("Vox", 1, 0, 62), false},
       {"another name", table_entry("Bass", 1, 0), false},
   };
-  for (const TableEntryCase& c : cases) {
+  for (const auto& c : cases) {
     Session session;
     session.bytes = std::string(20, '\0') + c.bytes + std::string(20, '\0');
     session.row(kAudio, "Vox");
@@ -296,7 +270,7 @@ TEST(Order, OnlyAnEntryWithAnActivityMarkMakesATrackInactive) {
   }
 }
 
-TEST(Order, NoClickLeavesOutEmptyClickTracksAndNamesTheOthers) {
+TEST(Order, OnlyNoClickLeavesOutEmptyClickTracksAndNamesTheOthers) {
   Session session;
   session.options.no_click = true;
   session.folded = {track_of("Click")};
@@ -311,14 +285,12 @@ TEST(Order, NoClickLeavesOutEmptyClickTracksAndNamesTheOthers) {
   EXPECT_EQ(session.counters.click_left_out_names, (std::vector<std::string>{"Click 2", "Click 4"}));
   EXPECT_EQ(session.counters.click_kept, (std::vector<std::string>{"Click", "Click 3", "Tempo"}));
   EXPECT_EQ(session.counters.empty_tracks, 1);
-}
 
-TEST(Order, WithoutNoClickAClickTrackIsATrack) {
-  Session session;
-  session.row(kAudio, "Click");
-  session.click_tests = {{true, true}};
-  EXPECT_EQ(names(session.order()), "Click empty");
-  EXPECT_TRUE(session.counters.click_kept.empty());
+  Session kept;
+  kept.audio_rows({"Click"});
+  kept.click_tests = {{true, true}};
+  EXPECT_EQ(names(kept.order()), "Click empty");
+  EXPECT_TRUE(kept.counters.click_kept.empty());
 }
 
 // Rows in the opposite order of the folded list leave ever longer taken stretches behind each hit.
