@@ -48,6 +48,16 @@ std::size_t lanes_in(const SessionImage& image, std::uint64_t start, std::uint64
   return image.of_type(kLane, start, end).size() + image.of_type(kLaneGroup, start, end).size();
 }
 
+// A block that is too small for a lane, or passes the image's end, is a lane that holds nothing.
+bool holds_lane(ByteView image, std::uint64_t position) {
+  const std::uint64_t size = image.u32_or(position + block_layout::kSize, 0);
+  return size >= lane_layout::kLeastSize && image.has(position, size + 7);
+}
+
+double initial_of(ByteView image, std::uint64_t position) {
+  return holds_lane(image, position) ? image.i16(position + lane_layout::kInitial).value_or(0) : 0;
+}
+
 bool moves_from(const AutomationLane& lane, double value) {
   return std::any_of(lane.points.begin(), lane.points.end(), [value](const auto& p) { return p.second != value; });
 }
@@ -147,7 +157,7 @@ int width_code(const SessionImage& image, std::uint64_t row_start, std::uint64_t
   if (!mix || mix->end() > row_end) return 0;
   const LaneSet lanes = collect_lanes(image, mix->start, mix->end());
   if (lanes.groups.size() < 2 || lanes.groups[1].empty()) return 0;
-  return image.bytes().i16(lanes.groups[1].front() + lane_layout::kInitial).value_or(0) != 0 ? 1 : 0;
+  return initial_of(image.bytes(), lanes.groups[1].front()) != 0 ? 1 : 0;
 }
 
 }  // namespace
@@ -155,10 +165,10 @@ int width_code(const SessionImage& image, std::uint64_t row_start, std::uint64_t
 AutomationLane read_lane(ByteView image, std::uint64_t position) {
   namespace at = lane_layout;
   AutomationLane lane;
-  const std::uint64_t size = image.u32_or(position + block_layout::kSize, 0);
-  if (size < at::kLeastSize || !image.has(position, size + 7)) return lane;
+  if (!holds_lane(image, position)) return lane;
   lane.in_ticks = image.unsigned_of(position + at::kTicks, at::kTicksBytes).value_or(0) != 0;
-  lane.initial = image.i16(position + at::kInitial).value_or(0);
+  lane.initial = initial_of(image, position);
+  const std::uint64_t size = image.u32_or(position + block_layout::kSize, 0);
   const std::uint64_t count = image.u16_or(position + at::kCount, 0);
   if (at::kPointSize * count + at::kTail > size + 7) return lane;
   lane.points.reserve(count);
