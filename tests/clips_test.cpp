@@ -6,22 +6,14 @@
 #include <string>
 
 #include "session/audio_files.h"
-#include "support/block_writer.h"
+#include "support/hand_image.h"
 
 namespace frt {
 namespace {
 
 using test::BlockWriter;
+using test::Image;
 using test::kTickOrigin;
-
-struct Image {
-  explicit Image(const std::vector<std::uint8_t>& blocks) : bytes(test::image_of(blocks)) {
-    bytes.resize(bytes.size() + 64);  // nothing real ends with its last list
-    session = SessionImage(ByteView(bytes.data(), bytes.size()));
-  }
-  std::vector<std::uint8_t> bytes;
-  SessionImage session;
-};
 
 void clip(BlockWriter& w, std::string_view name, std::uint64_t offset, std::uint64_t length, std::uint64_t start,
           unsigned file) {

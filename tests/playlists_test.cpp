@@ -11,19 +11,13 @@
 #include "session/clip_groups.h"
 #include "session/fades.h"
 #include "session/sync_points.h"
-#include "support/block_writer.h"
+#include "support/hand_image.h"
 
 namespace frt {
 namespace {
 
 using test::BlockWriter;
-
-// An image and the bytes it views.
-struct Image {
-  explicit Image(BlockWriter& w) : bytes(test::image_of(w.take())), session(ByteView(bytes.data(), bytes.size())) {}
-  std::vector<std::uint8_t> bytes;
-  SessionImage session;
-};
+using test::Image;
 
 struct EntryBytes {
   std::uint32_t index = 0;
@@ -52,19 +46,22 @@ void write_playlist(BlockWriter& w, const std::string& name, const std::vector<E
   w.u8(timebase).u8(0).close();
 }
 
-TEST(Playlists, ReadsEntriesByTheirPlacementBlocks) {
+TEST(Playlists, EntriesAreReadByTheirPlacementBlocks) {
   BlockWriter w;
   write_playlist(w, "Gtr",
                  {{.index = 7, .position = 0x1234567890, .kind = 1, .color = 33},
                   {.index = 2, .position = 5, .kind = 1, .trailing = 1},
                   {.index = 0, .kind = 2, .is_group = true, .trailing = 1, .group_muted = 4}},
                  2);
+  w.open(0x1052, 3).text("A").u32(2).open(0x1050).zeros(30).close();  // an entry without a placement
+  write_entry(w, {.index = 9});
+  w.u8(1).close();
+  w.open(0x1052, 3).text("B").u32(1).u8('Y').u16(1).u32(4).zeros(4).u8(2).close();  // another mark, its size right
   const Image image(w);
   const auto playlists = read_playlists(image.session);
-  ASSERT_EQ(playlists.size(), 1u);
+  ASSERT_EQ(playlists.size(), 3u);
   EXPECT_EQ(playlists[0].name, "Gtr");
   EXPECT_TRUE(playlists[0].ticks);
-  EXPECT_EQ(playlists[0].entry_count, 3u);
   ASSERT_EQ(playlists[0].entries.size(), 3u);
   const auto& e = playlists[0].entries;
   EXPECT_EQ(e[0].clip_or_fade_index, 7u);
@@ -77,116 +74,75 @@ TEST(Playlists, ReadsEntriesByTheirPlacementBlocks) {
   EXPECT_TRUE(e[2].is_group);
   EXPECT_TRUE(e[2].group_muted);
   EXPECT_FALSE(e[2].fade);
+  EXPECT_EQ(playlists[1].entry_count, 2u);
+  ASSERT_EQ(playlists[1].entries.size(), 1u) << "an entry without a placement only counts";
+  EXPECT_EQ(playlists[1].entries[0].clip_or_fade_index, 9u);
+  EXPECT_TRUE(playlists[1].entries_read);
+  EXPECT_TRUE(playlists[2].ticks) << "sizes alone lead to the timebase";
+  EXPECT_EQ(playlists[2].entry_count, 1u);
+  EXPECT_FALSE(playlists[2].entries_read);
 }
 
 TEST(Playlists, LocksStandBehindALoopRecord) {
-  struct Row {
-    const char* what;
-    EntryBytes entry;
-    bool locked;
-  };
-  for (const Row& row : {Row{"none", {}, false}, Row{"edit lock", {.lock_edit = 1}, true},
-                         Row{"time lock", {.lock_time = 1}, true}, Row{"loop, no lock", {.loop_size = 52}, false},
-                         Row{"loop and edit lock", {.lock_edit = 1, .loop_size = 52}, true}}) {
-    BlockWriter w;
-    write_playlist(w, "A", {row.entry});
-    const Image image(w);
-    const auto playlists = read_playlists(image.session);
-    ASSERT_EQ(playlists.size(), 1u) << row.what;
-    EXPECT_EQ(playlists[0].entries.at(0).locked, row.locked) << row.what;
-  }
+  BlockWriter w;
+  write_playlist(w, "A",
+                 {{}, {.lock_edit = 1}, {.lock_time = 1}, {.loop_size = 52}, {.lock_edit = 1, .loop_size = 52}});
+  const Image image(w);
+  std::string locked;
+  for (const PlaylistEntry& entry : read_playlists(image.session).at(0).entries) locked += entry.locked ? "+" : "-";
+  EXPECT_EQ(locked, "-++-+");
 }
 
 TEST(Playlists, ShapeDecidesWhatIsARecord) {
-  const auto records_of = [](BlockWriter& w) { return read_playlists(Image(w).session).size(); };
-  for (const unsigned timebase : {0u, 1u, 2u, 3u, 255u}) {
+  struct Row {
+    std::string name;
+    unsigned timebase;
+    std::size_t records;
+  };
+  for (const Row& row : {Row{"A", 0, 0}, Row{"A", 1, 1}, Row{"A", 2, 1}, Row{"A", 3, 0}, Row{"", 1, 1},
+                         Row{std::string(64, 'x'), 1, 1}, Row{std::string(65, 'x'), 1, 0}, Row{"a\x07", 1, 0}}) {
     BlockWriter w;
-    write_playlist(w, "A", {{}}, timebase);
-    EXPECT_EQ(records_of(w), timebase == 1 || timebase == 2 ? 1u : 0u) << timebase;
+    write_playlist(w, row.name, {{}}, row.timebase);
+    EXPECT_EQ(read_playlists(Image(w).session).size(), row.records) << row.name << " " << row.timebase;
   }
-  for (const std::size_t length : {0u, 1u, 64u, 65u}) {
+  for (const std::uint32_t entries : {20000u, 20001u}) {
     BlockWriter w;
-    write_playlist(w, std::string(length, 'x'), {{}});
-    EXPECT_EQ(records_of(w), length <= 64 ? 1u : 0u) << length;
+    w.open(0x1052, 3).text("A").u32(entries);
+    for (std::uint32_t i = 0; i < entries; ++i) w.open(0x1111).close();
+    w.u8(1).close();
+    EXPECT_EQ(read_playlists(Image(w).session).size(), entries == 20000 ? 1u : 0u) << entries;
   }
-  BlockWriter control;
-  write_playlist(control, "a\x07", {{}});
-  EXPECT_EQ(records_of(control), 0u) << "a name is text";
-  BlockWriter many;
-  many.open(0x1052, 3).text("A").u32(20001);
-  for (int i = 0; i < 20001; ++i) many.open(0x1111).close();
-  many.u8(1).close();
-  EXPECT_EQ(records_of(many), 0u) << "more entries than a playlist holds";
-}
-
-TEST(Playlists, AnEntryWithoutAPlacementCountsOnly) {
-  BlockWriter w;
-  w.open(0x1052, 3).text("A").u32(2).open(0x1050).zeros(30).close();
-  write_entry(w, {.index = 9});
-  w.u8(1).close();
-  const Image image(w);
-  const auto playlists = read_playlists(image.session);
-  ASSERT_EQ(playlists.size(), 1u);
-  EXPECT_EQ(playlists[0].entry_count, 2u);
-  ASSERT_EQ(playlists[0].entries.size(), 1u);
-  EXPECT_EQ(playlists[0].entries[0].clip_or_fade_index, 9u);
-  EXPECT_TRUE(playlists[0].entries_read);
-}
-
-TEST(Playlists, SizesAloneGiveTimebaseAndCount) {
-  BlockWriter w;
-  w.open(0x1052, 3).text("A").u32(1).u8('Y').u16(1).u32(4).zeros(4).u8(2).close();
-  const Image image(w);
-  const auto playlists = read_playlists(image.session);
-  ASSERT_EQ(playlists.size(), 1u);
-  EXPECT_TRUE(playlists[0].ticks);
-  EXPECT_EQ(playlists[0].entry_count, 1u);
-  EXPECT_FALSE(playlists[0].entries_read);
 }
 
 TEST(Playlists, BlocksMadeToShareEntriesAreBounded) {
   // Each entry holds a playlist whose own entries run on into the shared chain.
   BlockWriter w;
-  for (int i = 0; i < 3000; ++i)
-    w.u8('Z')
-        .u16(1)
-        .u32(29)
-        .u16(0x1111)
-        .u8('Z')
-        .u16(3)
-        .u32(100)
-        .u16(0x1052)
-        .u32(0)
-        .u32(20000)
-        .open(0x1111)
-        .u8(1)
-        .close();
+  for (int i = 0; i < 3000; ++i) {
+    w.u8('Z').u16(1).u32(29).u16(0x1111);
+    w.u8('Z').u16(3).u32(100).u16(0x1052).u32(0).u32(20000).open(0x1111).u8(1).close();
+  }
   const Image image(w);
   std::size_t entries = 0;
   for (const PlaylistRecord& playlist : read_playlists(image.session)) entries += playlist.entry_count;
   EXPECT_LE(entries, image.bytes.size());
 }
 
-TEST(Playlists, EveryTruncationIsSafe) {
+TEST(Playlists, TheTrackListsOwnAndEveryCutOfThem) {
   BlockWriter w;
-  w.open(0x1054);
-  w.u32(2);
+  w.open(0x1054).u32(2);
   write_playlist(w, "Gtr", {{.index = 1, .loop_size = 52}, {.index = 2, .position = 9, .trailing = 1}});
   write_playlist(w, "", {{}}, 2);
   w.close().open(0x1111).zeros(200).close();
-  const std::vector<std::uint8_t> whole = test::image_of(w.take());
-  for (std::size_t n = 0; n <= whole.size(); ++n) {
-    const std::vector<std::uint8_t> cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(n));
-    const SessionImage image(ByteView(cut.data(), cut.size()));
-    EXPECT_LE(read_playlists(image).size(), 2u) << n;
-    EXPECT_LE(read_track_playlists(image).size(), 2u) << n;
-  }
-  const SessionImage image(ByteView(whole.data(), whole.size()));
-  const auto tracks = read_track_playlists(image);
+  const Image image(w);
+  const auto tracks = read_track_playlists(image.session);
   ASSERT_EQ(tracks.size(), 2u);
   EXPECT_FALSE(tracks[0].unnamed);
   EXPECT_TRUE(tracks[1].unnamed);
-  EXPECT_EQ(read_playlists(image)[1].start, tracks[1].start);
+  EXPECT_EQ(read_playlists(image.session)[1].start, tracks[1].start);
+  test::each_cut(image.bytes, [](ByteView cut) {
+    EXPECT_LE(read_playlists(SessionImage(cut)).size(), 2u) << cut.size();
+    EXPECT_LE(read_track_playlists(SessionImage(cut)).size(), 2u) << cut.size();
+  });
 }
 
 // ---- fades ----
@@ -205,7 +161,7 @@ void write_fade(BlockWriter& w, const FadeBytes& f) {
   w.close();
 }
 
-TEST(FadeTable, ReadsTheRecord) {
+TEST(FadeTable, ABadRecordKeepsItsNumber) {
   struct Row {
     const char* what;
     FadeBytes bytes;
@@ -221,37 +177,23 @@ TEST(FadeTable, ReadsTheRecord) {
       {"kind 4", {.kind = 4}, {}},
       {"before of 5 bytes", {.before_width = 5, .length = 7}, {}},
       {"length of 5 bytes", {.length_width = 5, .length = 7}, {}},
-      {"shape", {.length = 7, .shape = 1}, {.kind = 1, .length = 7, .shape = 1}},
-      {"S curve",
-       {.length = 7, .shape = 2, .curve_a = 1, .curve_b = 1},
-       {.kind = 1, .length = 7, .shape = 2, .s_curve = true}},
-      {"half an S curve", {.length = 7, .curve_a = 1}, {.kind = 1, .length = 7}},
+      {"shape, half an S curve", {.length = 7, .shape = 1, .curve_a = 1}, {.kind = 1, .length = 7, .shape = 1}},
+      {"S curve", {.length = 7, .shape = 2, .curve_a = 1, .curve_b = 1}, {1, 0, 7, 2, true}},
       {"short form", {.length = 7, .long_form = false}, {.kind = 1, .length = 7}},
   };
-  for (const Row& row : rows) {
-    BlockWriter w;
-    write_fade(w, row.bytes);
-    w.zeros(4);
-    const Image image(w);
-    const auto fades = read_fades(image.session);
-    ASSERT_EQ(fades.size(), 1u) << row.what;
-    EXPECT_EQ(fades[0].kind, row.expected.kind) << row.what;
-    EXPECT_EQ(fades[0].before, row.expected.before) << row.what;
-    EXPECT_EQ(fades[0].length, row.expected.length) << row.what;
-    EXPECT_EQ(fades[0].shape, row.expected.shape) << row.what;
-    EXPECT_EQ(fades[0].s_curve, row.expected.s_curve) << row.what;
-  }
-}
-
-TEST(FadeTable, ABadRecordKeepsItsNumber) {
   BlockWriter w;
-  write_fade(w, {.kind = 9});
-  write_fade(w, {.length = 5, .kind = 3});
+  for (const Row& row : rows) write_fade(w, row.bytes);
   const Image image(w);
   const auto fades = read_fades(image.session);
-  ASSERT_EQ(fades.size(), 2u);
-  EXPECT_EQ(fades[0].kind, 0);
-  EXPECT_EQ(fades[1].kind, 3);
+  ASSERT_EQ(fades.size(), std::size(rows));
+  for (std::size_t i = 0; i < fades.size(); ++i) {
+    const FadeRecord &read = fades[i], &expected = rows[i].expected;
+    EXPECT_EQ(read.kind, expected.kind) << rows[i].what;
+    EXPECT_EQ(read.before, expected.before) << rows[i].what;
+    EXPECT_EQ(read.length, expected.length) << rows[i].what;
+    EXPECT_EQ(read.shape, expected.shape) << rows[i].what;
+    EXPECT_EQ(read.s_curve, expected.s_curve) << rows[i].what;
+  }
 }
 
 // ---- clip gain ----
@@ -273,17 +215,14 @@ void write_name_block(BlockWriter& w, const std::string& name, std::uint32_t gai
   w.open(0x2628, 4).text(name).zeros(10).bytes({0xFF, 0xFF, 4, 0, 4, 0}).zeros(21).u32(gain_index).u16(0).close();
 }
 
-TEST(ClipGain, BindsByName) {
+TEST(ClipGain, TheLastValidIndexOfANameHolds) {
   BlockWriter w;
   write_gain_table(w, {{{0, -3.5f}}, {{0, 0.0f}, {480, 6.0f}}, {}, {{9, 37.0f}}, {{0, -145.0f}}, {{0, 36.9f}}});
-  write_name_block(w, "fixed", 0);
-  write_name_block(w, "line", 1);
-  write_name_block(w, "no points", 2);
-  write_name_block(w, "too loud", 3);
-  write_name_block(w, "too low", 4);
-  write_name_block(w, "loud", 5);
-  write_name_block(w, "past the table", 6);
+  std::uint32_t index = 0;
+  for (const char* name : {"fixed", "line", "no points", "too loud", "too low", "loud", "past the table"})
+    write_name_block(w, name, index++);
   write_name_block(w, "none", 0xFFFFFFFF);
+  for (const std::uint32_t each : {5u, 0u, 77u}) write_name_block(w, "thrice", each);
   const Image image(w);
   const ClipGain gain = read_clip_gain(image.session);
   ASSERT_EQ(gain.entries.size(), 6u);
@@ -293,30 +232,16 @@ TEST(ClipGain, BindsByName) {
   ASSERT_EQ(gain.find("line")->points.size(), 2u);
   EXPECT_EQ(gain.find("line")->points[1].position, 480u);
   EXPECT_EQ(gain.find("line")->points[1].db, 6.0);
-  EXPECT_EQ(gain.find("no points")->db, 0.0);
-  EXPECT_EQ(gain.find("too loud")->db, 0.0);
-  EXPECT_EQ(gain.find("too low")->db, 0.0);
+  for (const char* no_gain : {"no points", "too loud", "too low"}) EXPECT_EQ(gain.find(no_gain)->db, 0.0) << no_gain;
   EXPECT_NEAR(gain.find("loud")->db, 36.9, 1e-5);
-  EXPECT_EQ(gain.find("past the table"), nullptr);
-  EXPECT_EQ(gain.find("none"), nullptr);
-  EXPECT_EQ(gain.find("Fixed"), nullptr) << "names compare exactly";
-}
-
-TEST(ClipGain, TheLastValidIndexOfANameHolds) {
-  BlockWriter w;
-  write_gain_table(w, {{{0, 1.0f}}, {{0, 2.0f}}});
-  write_name_block(w, "a", 0);
-  write_name_block(w, "a", 1);
-  write_name_block(w, "a", 77);
-  const Image image(w);
-  EXPECT_EQ(read_clip_gain(image.session).find("a")->db, 2.0);
+  EXPECT_EQ(gain.find("thrice")->db, -3.5);
+  for (const char* unbound : {"past the table", "none", "Fixed"}) EXPECT_EQ(gain.find(unbound), nullptr) << unbound;
 }
 
 TEST(ClipGain, ACountThatDisagreesIsCountedAndTheLengthUsed) {
   BlockWriter w;
   write_gain_table(w, {{{0, 1.0f}}, {{0, 2.0f}, {5, 3.0f}}}, 1);
-  const Image image(w);
-  const ClipGain gain = read_clip_gain(image.session);
+  const ClipGain gain = read_clip_gain(Image(w).session);
   EXPECT_EQ(gain.stated_counts_wrong, 2);
   ASSERT_EQ(gain.entries.size(), 2u);
   EXPECT_EQ(gain.entries[1].points.size(), 2u);

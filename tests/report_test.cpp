@@ -85,38 +85,6 @@ TEST(Report, RunWithNothingToTell) {
   EXPECT_EQ(report_target, nullptr);
 }
 
-TEST(Report, HeadOfACheckedSessionWithAProblem) {
-  Scene scene;
-  scene.options.check_only = true;
-  scene.problem.set("unmatched-tracks", "2 track(s) matched no strip row");
-  scene.version_major = 2023;
-  scene.rate = 96000;
-  scene.tempo.session_tempo = 98.25;
-  scene.tempo.events = {{0, 98.25}, {960000, 100}};
-  scene.settings.recording = {true, 32, 32, true, 3};
-  TimecodeSettings& timecode = scene.settings.timecode;
-  timecode.rate_code = 8;
-  timecode.long_label = "60 fps drop frame";
-  timecode.ruler_label = "60";
-  timecode.timemode_rate = 60;
-  timecode.start_frames = 3600;
-  timecode.drop_frame = true;
-  EXPECT_TRUE(contains(scene.text(), R"text(converter   build 287
-problem     unmatched-tracks: 2 track(s) matched no strip row
-
-source   in/Song.ptx
-output   (not written: this was a check)
-session  Pro Tools 12 or later, 96000 Hz, 32-bit float, 60 fps drop frame, 98.25 BPM (tempo map)
-audio    WAV files
-start    00:01:00;04
-         (REAPER has no 60 drop-frame ruler: the project's ruler
-         runs at 60 non-drop)
-
-0 tracks)text"))
-      << scene.text();
-  EXPECT_TRUE(scene.report().summary_line.ends_with(" needs_look=0 problem=1"));
-}
-
 TEST(Report, SessionLine) {
   const struct {
     int version, major;
@@ -134,37 +102,6 @@ TEST(Report, SessionLine) {
     scene.settings.recording = row.recording;
     EXPECT_TRUE(contains(scene.text(), row.text)) << scene.text();
   }
-}
-
-TEST(Report, Overview) {
-  Scene scene;
-  scene.tracks = {track("A", 1), track("B", 0, true), track("C", 0)};
-  scene.counters.clips_written = 1;
-  scene.counters.return_tracks = 2;
-  scene.counters.soloed_and_muted = 1;
-  scene.counters.solo_keeper = true;
-  scene.counters.freeze_records = 3;
-  scene.options.no_track_colors = scene.options.no_clip_colors = true;
-  scene.counters.uncolored_by_option = 7;
-  scene.options.no_stand_ins = true;
-  scene.counters.master_name = "Master";
-  EXPECT_TRUE(contains(scene.text(), R"text(
-3 tracks (2 audio/aux, 1 instrument), 1 clips, 0 MIDI notes
-plus 2 send-return bus track(s)
-1 track(s) soloed AND muted in Pro Tools arrive muted with their solo off
-(REAPER would play a soloed track through its mute); an empty soloed track,
-"Pro Tools solo (the soloed tracks were muted)", keeps the rest silent
-frozen track(s) converted UNFROZEN - original audio with the
-plug-ins live and editable (3 internal freeze record(s) left out)
-"Replace Avid plug-ins with REAPER's" is off; no Avid plug-in in this
-session had a REAPER stand-in
-"Leave out track colors" is on: tracks in REAPER's default color
-"Leave out clip colors" is on: 7 clip(s) that would carry a color
-are in their track's color instead
-master fader "Master" carried onto the REAPER master
-
-TRACK LIST)text"))
-      << scene.text();
 }
 
 TEST(Report, TrackList) {

@@ -10,25 +10,15 @@
 #include <limits>
 #include <random>
 #include <string>
+#include <vector>
 
 #include "model/palette.h"
+#include "support/project_text.h"
 
 namespace frt {
 namespace {
 
 using namespace std::string_view_literals;
-
-struct Collected : TextTarget {
-  bool write(const char* data, std::size_t n) override {
-    if (text.size() + n > limit) return false;
-    text.append(data, n);
-    ++writes;
-    return true;
-  }
-  std::string text;
-  std::size_t limit = SIZE_MAX;
-  int writes = 0;
-};
 
 TEST(Quoting, TheFirstFreeDelimiterIsTaken) {
   const struct {
@@ -48,25 +38,14 @@ TEST(Quoting, TheFirstFreeDelimiterIsTaken) {
   };
   for (const auto& one : cases) {
     EXPECT_EQ(quote_rpp_string(one.text), one.quoted);
-    Collected out;
-    ProjectText project(out);
-    project.quoted(one.text);
-    project.flush();
-    EXPECT_EQ(out.text, one.quoted);
+    EXPECT_EQ(test::written_by([&](ProjectText& project) { project.quoted(one.text); }), one.quoted);
   }
 }
 
 TEST(Guids, AreMadeOfTheirSeedAlone) {
-  const struct {
-    std::uint32_t seed;
-    const char* guid;
-  } cases[] = {
-      {0, "{9E3779B9-2BA8-8EFF-A3A9-64C3B21480CD}"},
-      {1, "{3C6EF36A-27F2-CA46-3B01-C6AE80CD33F2}"},
-      {guid_seed::kMarker + 1, "{7E9B4C45-40B5-E613-6CEE-BC87D7B089C9}"},
-      {0xFFFFFFFF, "{00000008-2F5E-53B8-0C51-02D8E35BCDA8}"},
-  };
-  for (const auto& one : cases) EXPECT_EQ(make_guid(one.seed), one.guid);
+  EXPECT_EQ(make_guid(0), "{9E3779B9-2BA8-8EFF-A3A9-64C3B21480CD}");
+  EXPECT_EQ(make_guid(guid_seed::kMarker + 1), "{7E9B4C45-40B5-E613-6CEE-BC87D7B089C9}");
+  EXPECT_EQ(make_guid(0xFFFFFFFF), "{00000008-2F5E-53B8-0C51-02D8E35BCDA8}");
 }
 
 std::string as_printf(const char* format, int digits, double value) {
@@ -88,41 +67,20 @@ class NumberCheck {
   }
 
  private:
-  Collected out_;
+  test::StringTarget out_;
   ProjectText project_{out_};
 };
 
 TEST(Numbers, PrintAsPrintfPrintsThem) {
-  const double odd[] = {0.0,
-                        -0.0,
-                        0.5,
-                        1.5,
-                        2.5,
-                        0.00005,
-                        0.00015,
-                        1e-7,
-                        9.9999995,
-                        999999.5,
-                        999999.4999999999,
-                        1e15,
-                        123456789012345678.0,
-                        1e22,
-                        1e300,
-                        -1e300,
-                        std::numeric_limits<double>::max(),
-                        std::numeric_limits<double>::min(),
-                        std::numeric_limits<double>::denorm_min(),
-                        std::numeric_limits<double>::infinity(),
-                        -std::numeric_limits<double>::infinity(),
-                        std::numeric_limits<double>::quiet_NaN(),
-                        -std::numeric_limits<double>::quiet_NaN()};
+  using Limits = std::numeric_limits<double>;
   NumberCheck check;
-  for (const double value : odd) check.expect_like_printf(value);
-}
-
-TEST(Numbers, PrintAsPrintfPrintsThemForAnyBits) {
+  for (const double odd :
+       {0.0, 0.5, 1.5, 2.5, 0.00005, 0.00015, 1e-7, 9.9999995, 999999.5, 999999.4999999999, 1e15, 123456789012345678.0,
+        1e22, 1e300, Limits::max(), Limits::min(), Limits::denorm_min(), Limits::infinity(), Limits::quiet_NaN()}) {
+    check.expect_like_printf(odd);
+    check.expect_like_printf(-odd);
+  }
   std::mt19937_64 random(11);
-  NumberCheck check;
   for (int i = 0; i < 3000; ++i) {
     const std::uint64_t bits = random();
     double any;
@@ -132,15 +90,8 @@ TEST(Numbers, PrintAsPrintfPrintsThemForAnyBits) {
     check.expect_like_printf(static_cast<double>(bits % 100000000000) / 48000.0);
     check.expect_like_printf(static_cast<double>(bits % 2000001) / 2000000.0);
   }
-}
-
-TEST(Numbers, Integers) {
-  Collected out;
-  {
-    ProjectText project(out);
-    project.integer(0).text(" ").integer(-7).text(" ").integer(INT64_MAX).text(" ").integer(INT64_MIN);
-  }
-  EXPECT_EQ(out.text, "0 -7 9223372036854775807 -9223372036854775808");
+  EXPECT_EQ(test::written_by([](ProjectText& out) { out.integer(0).text(" ").integer(INT64_MAX).integer(INT64_MIN); }),
+            "0 9223372036854775807-9223372036854775808");
 }
 
 TEST(Numbers, NoLocaleReachesTheProject) {
@@ -150,21 +101,19 @@ TEST(Numbers, NoLocaleReachesTheProject) {
     if (!with_comma) with_comma = std::setlocale(LC_ALL, name);
   }
   if (!with_comma) GTEST_SKIP() << "no locale with a decimal comma on this machine";
-  Collected out;
-  {
-    ProjectText project(out);
+  const std::string text = test::written_by([](ProjectText& project) {
     project.print("%.2f %g ", 1.25, 0.5);
     project.fixed(1.25, 2);
-  }
+  });
   std::setlocale(LC_ALL, before.c_str());
-  EXPECT_EQ(out.text, "1.25 0.5 1.25");
+  EXPECT_EQ(text, "1.25 0.5 1.25");
 }
 
 TEST(ProjectStream, EveryPieceArrivesInOrderAcrossTheBuffersEnd) {
   const std::string huge(700000, 'h');
   for (const std::size_t lead : {std::size_t{0}, std::size_t{262000}, std::size_t{262143}, std::size_t{262144}}) {
     std::string expected(lead, '.');
-    Collected out;
+    test::StringTarget out;
     ProjectText project(out);
     project.text(expected);
     for (int i = 0; i < 50; ++i) {
@@ -182,9 +131,20 @@ TEST(ProjectStream, EveryPieceArrivesInOrderAcrossTheBuffersEnd) {
   }
 }
 
+struct LimitedTarget : TextTarget {
+  bool write(const char* data, std::size_t n) override {
+    if (text.size() + n > limit) return false;
+    text.append(data, n);
+    ++writes;
+    return true;
+  }
+  std::string text;
+  std::size_t limit = 300000;
+  int writes = 0;
+};
+
 TEST(ProjectStream, WritesLittleAndSaysWhenItCouldNot) {
-  Collected out;
-  out.limit = 300000;
+  LimitedTarget out;
   ProjectText project(out);
   for (int i = 0; i < 20000; ++i) project.text("0123456789");
   EXPECT_TRUE(project.flush());
@@ -197,36 +157,39 @@ TEST(ProjectStream, WritesLittleAndSaysWhenItCouldNot) {
   EXPECT_EQ(out.text.find("late"), std::string::npos);
 }
 
-TEST(Gain, IsTenToTheTwentiethOfTheDecibels) {
-  EXPECT_EQ(gain_of_db(0), 1);
-  EXPECT_EQ(gain_of_db(20), 10);
-  EXPECT_NEAR(gain_of_db(-6), 0.5011872336, 1e-10);
-}
-
 TEST(Palette, ColorsByIndex) {
-  const struct {
+  struct Row {
     std::int32_t index;
     std::uint32_t color;
     int kind;
-  } cases[] = {
-      {25, 0x1FC002C, 1},  // the first and last of each measured row
-      {47, 0x1FC0019, 1},        {49, 0x1A3001E, 1}, {71, 0x1A32314, 1},
-      {73, 0x15F0014, 1},        {95, 0x15F2211, 1}, {36, 0x114C5C0, 1},
-      {1, 0x1ECB4BE, 1},                                                 // measured pale swatches
-      {3, 0x1ECB4D2, 1},         {2, 0x1FD6699, 2},                      // derived from the row below
-      {4, 0x1FD66D8, 2},         {23, 0x1FD6675, 2}, {0, 0x1282828, 3},  // off the grid
-      {24, 0x168D8C0, 3},        {48, 0x1A8C090, 3}, {72, palette_color(-72).color, 3},
-      {96, 0x1609030, 3},        {-2, 0x13E8ABA, 3}, {65535, 0x17D9B5F, 3},
+  };
+  const std::vector<Row> rows = {
+      {25, 0x1FC002C, 1},
+      {47, 0x1FC0019, 1},  // the first and last of each measured row
+      {49, 0x1A3001E, 1},
+      {71, 0x1A32314, 1},
+      {73, 0x15F0014, 1},
+      {95, 0x15F2211, 1},
+      {36, 0x114C5C0, 1},
+      {1, 0x1ECB4BE, 1},
+      {3, 0x1ECB4D2, 1},  // measured pale swatches
+      {2, 0x1FD6699, 2},
+      {4, 0x1FD66D8, 2},
+      {23, 0x1FD6675, 2},  // derived from the row below
+      {0, 0x1282828, 3},
+      {24, 0x168D8C0, 3},
+      {48, 0x1A8C090, 3},
+      {96, 0x1609030, 3},  // off the grid
+      {72, palette_color(-72).color, 3},
+      {-2, 0x13E8ABA, 3},
+      {65535, 0x17D9B5F, 3},
       {INT32_MIN, 0x1A8C090, 3},
   };
-  for (const auto& one : cases) {
-    const PaletteColor color = palette_color(one.index);
-    EXPECT_EQ(color.color, one.color) << one.index;
-    EXPECT_EQ(color.kind, one.kind) << one.index;
+  for (const Row& row : rows) {
+    EXPECT_EQ(palette_color(row.index).color, row.color) << row.index;
+    EXPECT_EQ(palette_color(row.index).kind, row.kind) << row.index;
   }
-}
-
-TEST(Palette, EveryColorHasREAPERsMark) {
+  // The mark by which REAPER takes a colour for one.
   for (std::int32_t index = -300; index < 300; ++index) EXPECT_EQ(palette_color(index).color >> 24, 1u) << index;
 }
 

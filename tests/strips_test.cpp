@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <random>
-#include <set>
 #include <string>
 
 #include "base/min_tree.h"
@@ -18,30 +17,20 @@
 #include "session/strip_records.h"
 #include "session/strip_rows.h"
 #include "session/track_rows.h"
-#include "support/block_writer.h"
+#include "support/hand_image.h"
 
 namespace frt {
 namespace {
 
 using test::BlockWriter;
+using test::Image;
 using Names = std::vector<std::string_view>;
-
-struct Image {
-  explicit Image(BlockWriter& w, std::size_t behind = 64) : Image(w.take(), behind) {}
-  explicit Image(const std::vector<std::uint8_t>& blocks, std::size_t behind = 64) : bytes(test::image_of(blocks)) {
-    bytes.resize(bytes.size() + behind);
-    session = SessionImage(ByteView(bytes.data(), bytes.size()));
-  }
-  std::vector<std::uint8_t> bytes;
-  SessionImage session;
-};
 
 void table_entry(BlockWriter& w, std::string_view name, std::size_t size_less_name = 72, unsigned type = 0,
                  unsigned has_track = 0, std::uint64_t id = 0) {
-  std::vector<std::uint8_t> content;
   BlockWriter c;
   c.u16(type).text(name).u8(2).zeros(5).u32(id != 0 ? 42 : 0).u64(id).zeros(80);
-  content = c.take();
+  std::vector<std::uint8_t> content = c.take();
   content[59 + name.size()] = static_cast<std::uint8_t>(has_track);
   content.resize(size_less_name + name.size() - 2);
   w.leaf(0x251a, content);
@@ -141,57 +130,40 @@ TEST(TextIndex, NumbersTextsOnceFromEitherEnd) {
     for (int i = 0; i < 500; ++i) texts.push_back("name " + std::to_string(i));
     for (std::uint32_t i = 0; i < 500; ++i) EXPECT_EQ(index.insert(texts[i]), std::pair(i, true));
     EXPECT_EQ(index.insert("name 17"), std::pair(17u, false));
-    EXPECT_EQ(index.find("name 499"), 499u);
-    EXPECT_FALSE(index.contains("name 500"));
-    EXPECT_FALSE(index.contains(""));
+    EXPECT_FALSE(index.contains("name 500") || index.contains(""));
   }
 }
 
 // ---- rows ----
 
-TEST(StripRows, EachRowTypeIsARowExceptAnAudioRowInsideAMaster) {
-  BlockWriter w;
-  for (const unsigned type : {0x261bu, 0x2620u, 0x2621u, 0x261fu, 0x2623u}) {
-    w.open(static_cast<std::uint16_t>(type));
-    name_block(w, std::to_string(type));
-    w.close();
-  }
-  w.open(0x261d).open(0x261b);
-  name_block(w, "Master");
-  w.close().close();
-  const Image image(w);
-  const auto rows = read_strip_rows(image.session);
-  ASSERT_EQ(rows.size(), 6u);
-  EXPECT_EQ(rows[0].content_type, 0x261bu);
-  EXPECT_EQ(rows[5].content_type, 0x261du);
-  EXPECT_EQ(rows[5].original_name, "Master");
+void named_row(BlockWriter& w, unsigned type, std::string_view name) {
+  w.open(static_cast<std::uint16_t>(type));
+  name_block(w, name);
+  w.close();
 }
 
-TEST(StripRows, TheFirstNameBlockNamesTheRowEvenIfItsTextFails) {
+TEST(StripRows, EachRowTypeIsARowNamedByItsFirstNameBlockEvenIfItsTextFails) {
   BlockWriter w;
-  w.open(0x261b);
-  w.open(0x2619).text(std::string_view("a\x01z", 3)).close();
+  for (const unsigned type : {0x2620u, 0x2621u, 0x261fu, 0x2623u}) named_row(w, type, std::to_string(type));
+  w.open(0x261d);
+  named_row(w, 0x261b, "Master");  // an audio row inside a master is none
+  w.close().open(0x261b);
+  name_block(w, "a\x01z");
   name_block(w, "Second");
   w.close();
-  w.open(0x261b);
-  name_block(w, "");
-  w.close();
+  named_row(w, 0x261b, "");
   w.open(0x261b).u32(0).close();
-  w.open(0x261b);
-  name_block(w, std::string(80, 'n'));
-  w.close();
-  w.open(0x261b);
-  name_block(w, std::string(81, 'n'));
-  w.close();
+  named_row(w, 0x261b, std::string(80, 'n'));
+  named_row(w, 0x261b, std::string(81, 'n'));
   const Image image(w);
   const auto rows = read_strip_rows(image.session);
-  ASSERT_EQ(rows.size(), 5u);
-  EXPECT_EQ(rows[0].original_name, "");
-  EXPECT_FALSE(rows[0].name_block_empty);
-  EXPECT_TRUE(rows[1].name_block_empty);
-  EXPECT_FALSE(rows[2].has_name_block);
-  EXPECT_EQ(rows[3].original_name.size(), 80u);
-  EXPECT_EQ(rows[4].original_name, "");
+  std::string names;
+  for (const StripRow& r : rows) names += std::string(r.original_name) + (r.name_block_empty ? "(empty) " : " ");
+  EXPECT_EQ(names, "9760 9761 9759 9763 Master  (empty)  " + std::string(80, 'n') + "  ");
+  ASSERT_EQ(rows.size(), 10u);
+  EXPECT_EQ(rows[4].content_type, 0x261du);
+  EXPECT_TRUE(rows[5].has_name_block);
+  EXPECT_FALSE(rows[7].has_name_block);
 }
 
 TEST(StripRows, AZeroBeforeTheVisibilityBlockMakesARowInactive) {
@@ -234,11 +206,7 @@ TEST(StripRows, NamesOfTheTrackTableComeInWhereTheirNumberFits) {
   };
   for (const Case& c : cases) {
     BlockWriter w;
-    for (const char* name : {"r0", "r1"}) {
-      w.open(0x261b);
-      name_block(w, name);
-      w.close();
-    }
+    for (const char* name : {"r0", "r1"}) named_row(w, 0x261b, name);
     for (const auto entry : c.entries) table_entry(w, entry);
     const Image image(w);
     bool aligned = !c.aligned;
@@ -325,6 +293,9 @@ TEST(BusNames, AreNamesWithBothSidesAndPairsOfNumberedBusses) {
     std::string_view plain;
     Names expected;
   };
+  const std::string longest(40, 'n'), too_long(41, 'n');
+  const std::string longest_sides = longest + ".L " + longest + ".R",
+                    too_long_sides = too_long + ".L " + too_long + ".R";
   const std::vector<Case> cases = {
       {"both sides", {"Verb"}, "Verb.L Verb.R", {"Verb"}},
       {"one side", {"Verb"}, "Verb.L Verb.L", {}},
@@ -333,14 +304,8 @@ TEST(BusNames, AreNamesWithBothSidesAndPairsOfNumberedBusses) {
       {"the sides as counted texts", {"Verb", "Verb.L", "Verb.R"}, "", {"Verb"}},
       {"too short", {"ab"}, "ab.L ab.R", {}},
       {"as short as can be", {"abc"}, "abc.L abc.R", {"abc"}},
-      {"as long as can be",
-       {"1234567890123456789012345678901234567890"},
-       "1234567890123456789012345678901234567890.L 1234567890123456789012345678901234567890.R",
-       {"1234567890123456789012345678901234567890"}},
-      {"too long",
-       {"12345678901234567890123456789012345678901"},
-       "12345678901234567890123456789012345678901.L 12345678901234567890123456789012345678901.R",
-       {}},
+      {"as long as can be", {longest}, longest_sides, {longest}},
+      {"too long", {too_long}, too_long_sides, {}},
       {"a path", {"Music"}, "Music.L Music.R", {}},
       {"numbered pair", {"Bus 1-2", "Bus 1", "Bus 2"}, "", {"Bus 1-2"}},
       {"half a pair", {"Bus 1-2", "Bus 1"}, "", {}},
@@ -406,20 +371,13 @@ TEST(StripRecords, WithoutAlignedRowsTheLastNameBeforeARecordHasIt) {
   EXPECT_DOUBLE_EQ(strips[0].fader_db, -3);
   EXPECT_DOUBLE_EQ(strips[1].fader_db, -2);
   EXPECT_FALSE(strips[2].has_mixer_data);
-}
 
-TEST(StripRecords, ASecondGroupOfATakenStripGoesToTheNextFreeOne) {
-  for (const std::size_t gap : {2700u, 2701u}) {
-    BlockWriter w;
+  for (const std::size_t gap : {2700u, 2701u}) {  // beyond that a record opens a group of its own, for the next strip
     w.text("Kick");
     level(w, {-10});
     w.zeros(gap - 164);  // a record is 164 bytes long
     level(w, {-20});
-    const Image image(w);
-    const auto strips = records(image, {"Kick", "Kick"});
-    EXPECT_DOUBLE_EQ(strips[0].fader_db, -1);
-    EXPECT_EQ(strips[1].has_mixer_data, gap == 2701u);  // one group: a send without a bus
-    EXPECT_DOUBLE_EQ(strips[1].fader_db, gap == 2701u ? -2 : 0);
+    EXPECT_EQ(records(Image(w), {"Kick", "Kick"})[1].fader_db, gap == 2701u ? -2 : 0) << gap;
   }
 }
 
@@ -469,7 +427,7 @@ TEST(StripRecords, FurtherRecordsOfAGroupAreSendsToTheNearestBus) {
   EXPECT_TRUE(records(image, {"Kick"}, {"Chorus"}).at(0).sends.empty());
 }
 
-TEST(NearestBus, TakesTheNearestThenTheLongestInsideItsWindow) {
+TEST(NearestBus, TakesTheLongestOfEquallyNearOnesInsideItsWindow) {
   struct Text {
     std::size_t at;
     std::string_view text;
@@ -481,8 +439,6 @@ TEST(NearestBus, TakesTheNearestThenTheLongestInsideItsWindow) {
   };
   const std::uint64_t v = 2000;
   const std::vector<Case> cases = {
-      {"before", {{1990, "abc"}, {2011, "defg"}}, "abc"},
-      {"behind", {{1990, "abc"}, {2009, "defg"}}, "defg"},
       {"equally near, the longer one", {{1990, "abc"}, {2010, "defg"}}, "defg"},
       {"at one place, the longer one", {{1990, "abcdef"}}, "abcdef"},
       {"first byte of the window", {{500, "abc"}}, "abc"},
@@ -601,16 +557,13 @@ TEST(TrackRows, GoWithTheStripRowsOfTheSameNumber) {
   EXPECT_EQ(data[0].row_visible, 0);
   EXPECT_EQ(data[0].row_height, 36);
   EXPECT_EQ(data[0].comment, "say");
-  EXPECT_EQ(data[0].display_position, 77);
-  EXPECT_EQ(data[0].solo_safe, 1);
-  EXPECT_EQ(data[0].solo, 1);
-  EXPECT_EQ(data[0].automation_mode, 5);
-  EXPECT_EQ(data[1].display_position, 5);
-  EXPECT_EQ(data[1].solo, -1);
-  EXPECT_EQ(data[1].automation_mode, -1);
-  EXPECT_EQ(data[2].solo_safe, -1);
-  EXPECT_EQ(data[2].solo, 1);
-  EXPECT_EQ(data[2].automation_mode, -1);
+  const int expected[3][4] = {{77, 1, 1, 5}, {5, 0, -1, -1}, {77, -1, 1, -1}};
+  for (std::size_t i = 0; i < 3; ++i) {
+    EXPECT_EQ(data[i].display_position, expected[i][0]) << i;
+    EXPECT_EQ(data[i].solo_safe, expected[i][1]) << i;
+    EXPECT_EQ(data[i].solo, expected[i][2]) << i;
+    EXPECT_EQ(data[i].automation_mode, expected[i][3]) << i;
+  }
   const auto comments = track_comments(rows, data);
   ASSERT_EQ(comments.size(), 1u);
   EXPECT_EQ(comments[0], std::pair(std::string_view("A"), std::string_view("say")));
@@ -656,9 +609,9 @@ TEST(ByRowNames, TheCurrentNameAlwaysSetsAndTheOriginalOnlyFills) {
 TEST(InactiveNames, AreThoseOfTheRowWhoseWrapperSaysSo) {
   BlockWriter w;
   for (const unsigned word : {0u, 1u}) {
-    w.open(0x261c).open(0x261b);
-    name_block(w, word == 0 ? "off" : "on");
-    w.close().u16(word).open(0x200b).close().close();
+    w.open(0x261c);
+    named_row(w, 0x261b, word == 0 ? "off" : "on");
+    w.u16(word).open(0x200b).close().close();
   }
   const Image image(w);
   auto rows = read_strip_rows(image.session);
@@ -702,30 +655,24 @@ TEST(PlaylistOwners, AWrapperListsItsPlaylistsByNumber) {
   }
 }
 
-TEST(PlaylistOwners, AWrapperHoldsTheIdsOfItsPlaylistsAnywhere) {
+TEST(PlaylistOwners, AWrapperWithALevelRecordHoldsTheIdsOfItsPlaylistsAnywhere) {
   BlockWriter w;
   track_entry(w, "Kick", 0x1111111111);
   track_entry(w, "Kick.01", 0x2222222222, true);
   track_entry(w, "Lost", 0x3333333333);
   track_entry(w, "Both", 0x4444444444);
+  track_entry(w, "Of no level", 0x5555555555);
   w.open(0x261c).raw("x").u64(0x2222222222).u64(0x1111111111).u64(0x4444444444);
   row(w, 0x261b, "Kick", {});
   w.close().u64(0x3333333333);
   w.zeros(3000).open(0x261c);
   row(w, 0x261b, "Snare", {});
   w.u64(0x4444444444).close();
+  w.zeros(3000).open(0x261c).u64(0x5555555555);
+  named_row(w, 0x261b, "Hat");
+  w.close();
   const Owners o(w);
   EXPECT_EQ(o.read(), (ByName<std::size_t>{{"Both", 1}, {"Kick.01", 0}}));
-}
-
-TEST(PlaylistOwners, AWrapperWithoutALevelRecordOwnsNothing) {
-  BlockWriter w;
-  track_entry(w, "Kick.01", 77);
-  w.open(0x261c).u64(77).open(0x261b);
-  name_block(w, "Kick");
-  w.close().close();
-  const Owners o(w);
-  EXPECT_TRUE(o.read().empty());
 }
 
 // ---- MIDI ----
@@ -768,9 +715,7 @@ void properties(BlockWriter& w, std::size_t child_size) {
 TEST(RealTimeProperties, AreTakenInTurnByMidiRowsAndLieBehindALargerChild) {
   BlockWriter w;
   for (const unsigned type : {0x261bu, 0x2620u, 0x2621u, 0x2620u}) {
-    w.open(static_cast<std::uint16_t>(type));
-    name_block(w, type == 0x261b ? "Audio" : "Midi");
-    w.close();
+    named_row(w, type, type == 0x261b ? "Audio" : "Midi");
   }
   properties(w, 59);
   properties(w, 90);
@@ -852,21 +797,20 @@ TEST(Lanes, TheirNumberTellsWhatTheyDrive) {
   const std::vector<Lane> lanes = {{1}, {2}, {3}, {4}, {5}, {6}};
   struct Case {
     std::size_t count;
-    double volume, mute, pan, trim, right_pan;
-    bool stereo;
+    std::vector<double> driven;  // volume, mute, pan, trim, right pan
+    bool stereo = false;
   };
-  for (const Case& c : {Case{0, 0, 0, 0, 0, 0, false}, Case{1, 1, 0, 0, 0, 0, false}, Case{2, 1, 2, 0, 0, 0, false},
-                        Case{3, 1, 2, 3, 0, 0, false}, Case{4, 1, 2, 3, 4, 0, false}, Case{5, 1, 2, 3, 5, 4, true},
-                        Case{6, 1, 2, 3, 0, 0, false}}) {
-    const StripRecord strip = lanes_of({lanes.begin(), lanes.begin() + static_cast<long>(c.count)}, -7);
-    EXPECT_EQ(strip.lane_count, c.count);
-    EXPECT_EQ(strip.is_stereo, c.stereo) << c.count;
-    EXPECT_EQ(strip.volume_lane.initial, c.volume) << c.count;
-    EXPECT_EQ(strip.mute_lane.initial, c.mute) << c.count;
-    EXPECT_EQ(strip.pan_lane.initial, c.pan) << c.count;
-    EXPECT_EQ(strip.trim_lane.initial, c.trim) << c.count;
-    EXPECT_EQ(strip.right_pan_lane.initial, c.right_pan) << c.count;
-    EXPECT_DOUBLE_EQ(strip.fader_db, c.count == 0 ? -7 : 0.1) << c.count;
+  for (const Case& c :
+       {Case{0, {0, 0, 0, 0, 0}}, Case{1, {1, 0, 0, 0, 0}}, Case{2, {1, 2, 0, 0, 0}}, Case{3, {1, 2, 3, 0, 0}},
+        Case{4, {1, 2, 3, 4, 0}}, Case{5, {1, 2, 3, 5, 4}, true}, Case{6, {1, 2, 3, 0, 0}}}) {
+    const StripRecord s = lanes_of({lanes.begin(), lanes.begin() + static_cast<long>(c.count)}, -7);
+    EXPECT_EQ((std::vector<double>{s.volume_lane.initial, s.mute_lane.initial, s.pan_lane.initial, s.trim_lane.initial,
+                                   s.right_pan_lane.initial}),
+              c.driven)
+        << c.count;
+    EXPECT_EQ(s.lane_count, c.count);
+    EXPECT_EQ(s.is_stereo, c.stereo) << c.count;
+    EXPECT_DOUBLE_EQ(s.fader_db, c.count == 0 ? -7 : 0.1) << c.count;
   }
 }
 
@@ -957,6 +901,78 @@ TEST(Lanes, GroupedLanesAreChosenByTheStripsWidth) {
   EXPECT_EQ(grouped(0x261b, 1, 7, 6, 4).trim_lane.initial, 4);
 }
 
+// A strip of free lanes, valued from 1 on, and a group for each entry of `groups`, its lanes valued from 10 on.
+StripRecord grouped_by(unsigned row_type, unsigned width, std::size_t free, const std::vector<std::size_t>& groups) {
+  BlockWriter w;
+  w.open(static_cast<std::uint16_t>(row_type)).open(0x102d).u16(0).close().u8(width);
+  w.open(0x260d);
+  level(w, {});
+  for (std::size_t i = 0; i < free; ++i) lane(w, {static_cast<int>(i) + 1, {}});
+  int value = 10;
+  for (const std::size_t count : groups) {
+    w.open(0x260c);
+    for (std::size_t i = 0; i < count; ++i) lane(w, {value++, {}});
+    w.close();
+  }
+  w.close().close();
+  return lanes_of(w);
+}
+
+TEST(Lanes, PanLanesAloneInTwoGroupsTellAStripWithoutTrim) {
+  struct Case {
+    const char* what;
+    unsigned row_type, width;
+    std::size_t free;
+    std::vector<std::size_t> groups;
+    std::uint32_t lane_count;
+    bool stereo, known_width;
+    double right_pan, trim;
+  };
+  const std::vector<Case> cases = {
+      {"two channels", 0x261b, 1, 2, {1, 1}, 4, true, true, 11, 0},
+      {"two by the second group's lane", 0x261b, 0, 2, {1, 1}, 4, true, true, 11, 0},
+      {"wider", 0x261b, 2, 2, {1, 1}, 4, false, true, 0, 11},
+      {"a master", 0x261d, 1, 2, {1, 1}, 4, false, true, 0, 11},
+      {"one channel", 0x261b, 0, 2, {1, 0}, 3, false, true, 0, 0},
+      {"a master's volume", 0x261b, 1, 1, {0, 0}, 1, false, true, 0, 0},
+      {"two channels with trim", 0x261b, 1, 3, {1, 1}, 5, true, true, 10, 11},
+      {"one channel with trim", 0x261b, 0, 3, {1, 0}, 4, false, true, 0, 10},
+      {"a third group", 0x261b, 1, 2, {1, 1, 0}, 4, false, true, 0, 11},
+      {"one group", 0x261b, 1, 2, {1}, 3, false, false, 0, 0},
+      {"no group", 0x261b, 1, 3, {}, 3, false, false, 0, 0},
+      {"no lane", 0x261b, 1, 0, {0, 0}, 0, false, false, 0, 0},
+  };
+  for (const Case& c : cases) {
+    const StripRecord strip = grouped_by(c.row_type, c.width, c.free, c.groups);
+    EXPECT_EQ(strip.lane_count, c.lane_count) << c.what;
+    EXPECT_EQ(strip.is_stereo, c.stereo) << c.what;
+    EXPECT_EQ(strip.known_width, c.known_width) << c.what;
+    EXPECT_EQ(strip.right_pan_lane.initial, c.right_pan) << c.what;
+    EXPECT_EQ(strip.trim_lane.initial, c.trim) << c.what;
+  }
+}
+
+TEST(Lanes, ATooSmallLaneInTheSecondGroupMakesNoSecondChannel) {
+  for (const std::size_t size : {31u, 32u}) {
+    BlockWriter w;
+    w.open(0x261b).open(0x102d).u16(0).close().u8(0);
+    w.open(0x260d).open(0x260c);
+    lane(w, {});
+    w.close().open(0x260c).leaf(0x260a, std::vector<std::uint8_t>(size - 2, 1)).close().close().close();
+    const Image image(w);
+    const FlatBlock& row = *image.session.first_of_type(0x261b);
+    EXPECT_EQ(strip_width_code(image.session, row.start, row.end()), size == 32 ? 1 : 0);
+  }
+}
+
+TEST(Lanes, StripsOfUnknownWidthAreNamedWithTheirNumberOfLanes) {
+  std::vector<StripRecord> strips(3);
+  strips[0].name = "Mono", strips[0].has_mixer_data = true, strips[0].lane_count = 4, strips[0].known_width = true;
+  strips[1].name = "Bare", strips[1].has_mixer_data = true;
+  strips[2].name = "No level";
+  EXPECT_EQ(strips_of_unknown_width(strips), std::vector<std::string>{"Bare (0 control slots)"});
+}
+
 // ---- damage ----
 
 void read_everything(const SessionImage& image) {
@@ -991,15 +1007,15 @@ TEST(StripReaders, SurviveEveryCutAndEveryChangedByte) {
   w.open(0x2519);
   table_entry(w, "Kick");
   w.close();
-  const std::vector<std::uint8_t> whole = Image(w, 0).bytes;
-  for (std::size_t n = 0; n < whole.size(); ++n) {
-    const std::vector<std::uint8_t> cut(whole.begin(), whole.begin() + static_cast<long>(n));
-    read_everything(SessionImage(ByteView(cut.data(), cut.size())));
+  std::vector<std::uint8_t> bytes = test::image_of(w.take());
+  test::each_cut(bytes, [](ByteView cut) { read_everything(SessionImage(cut)); });
+  for (std::size_t n = 0; n < bytes.size(); ++n) {
+    const std::uint8_t kept = bytes[n];
     for (const int value : {0, 1, 0x5a, 0xff}) {
-      std::vector<std::uint8_t> changed = whole;
-      changed[n] = static_cast<std::uint8_t>(value);
-      read_everything(SessionImage(ByteView(changed.data(), changed.size())));
+      bytes[n] = static_cast<std::uint8_t>(value);
+      read_everything(SessionImage(ByteView(bytes.data(), bytes.size())));
     }
+    bytes[n] = kept;
   }
 }
 

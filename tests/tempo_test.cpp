@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <cstring>
 #include <limits>
 #include <random>
@@ -11,24 +10,16 @@
 #include <vector>
 
 #include "session/tempo_blocks.h"
-#include "support/block_writer.h"
+#include "support/hand_image.h"
 
 namespace frt {
 namespace {
 
 using test::BlockWriter;
+using test::Image;
 
 constexpr double kQuarter = 960000;
 constexpr double kRate = 48000;
-
-struct Image {
-  explicit Image(const std::vector<std::uint8_t>& blocks, std::size_t behind = 32) : bytes(test::image_of(blocks)) {
-    bytes.resize(bytes.size() + behind);
-    session = SessionImage(ByteView(bytes.data(), bytes.size()));
-  }
-  std::vector<std::uint8_t> bytes;
-  SessionImage session;
-};
 
 void signed_tempo(BlockWriter& w, double bpm) {
   w.bytes({0x14, 0, 0, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0, 0}).u8(0);
@@ -91,17 +82,14 @@ double walk(const TempoMap& map, double t) {
 }
 
 TEST(FixedTempo, TheFirstSignedTempoInRangeIsTaken) {
-  constexpr double kNotANumber = std::numeric_limits<double>::quiet_NaN();
   const struct {
     std::vector<double> tempos;
     double expected;
   } cases[] = {
-      {{}, 77},
-      {{98.5}, 98.5},
       {{98.5, 130}, 98.5},
       {{20, 130}, 130},       // 20 itself is out
       {{400, 399.5}, 399.5},  // and 400
-      {{kNotANumber, 60}, 60},
+      {{std::numeric_limits<double>::quiet_NaN(), 60}, 60},
       {{-90, 1e300}, 77},
   };
   for (const auto& one : cases) {
@@ -109,71 +97,64 @@ TEST(FixedTempo, TheFirstSignedTempoInRangeIsTaken) {
     w.zeros(7);
     for (const double tempo : one.tempos) signed_tempo(w, tempo);
     const auto bytes = w.take();
-    EXPECT_EQ(find_tempo(ByteView(bytes.data(), bytes.size()), 77), one.expected) << one.tempos.size();
-  }
-}
-
-TEST(FixedTempo, NoCutReadsBehindTheEnd) {
-  BlockWriter w;
-  signed_tempo(w, 90);
-  const auto whole = w.take();
-  for (std::size_t n = 0; n <= whole.size(); ++n) {
-    const std::vector<std::uint8_t> cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(n));
-    EXPECT_EQ(find_tempo(ByteView(cut.data(), n), 120), n == whole.size() ? 90 : 120) << n;
+    EXPECT_EQ(find_tempo(ByteView(bytes.data(), bytes.size()), 77), one.expected) << one.tempos[0];
   }
 }
 
 TEST(FixedTempo, EveryByteOfTheSignatureCounts) {
   BlockWriter w;
   signed_tempo(w, 90);
-  const auto whole = w.take();
+  auto bytes = w.take();
+  test::each_cut(bytes, [&](ByteView cut) { EXPECT_EQ(find_tempo(cut, 120), cut.size() == bytes.size() ? 90 : 120); });
   for (std::size_t i = 0; i < 24; ++i) {
-    auto damaged = whole;
-    damaged[i] ^= 0x40;
-    EXPECT_EQ(find_tempo(ByteView(damaged.data(), damaged.size()), 120), 120) << i;
+    bytes[i] ^= 0x40;
+    EXPECT_EQ(find_tempo(ByteView(bytes.data(), bytes.size()), 120), 120) << i;
+    bytes[i] ^= 0x40;
   }
 }
 
-TEST(TempoMapBlocks, TheLongestRunWinsAndTheFirstOfEqualOnes) {
-  const std::vector<Stored> three = {{0, 100}, {10, 101}, {20, 102}};
-  const std::vector<Stored> other_three = {{0, 200}, {10, 201}, {20, 202}};
+TEST(TempoMapBlocks, TheLongestRunOfTempoRecordsIsTheMap) {
+  const std::vector<Stored> three = {{0, 100}, {10, 101}, {20, 102}}, other_three = {{0, 200}, {10, 201}, {20, 202}};
   const std::vector<Stored> five = {{0, 50}, {1, 51}, {2, 52}, {2, 53}, {9, 54}};
-  const std::string as_five = "50@0 51@1 52@2 53@2 54@9 ";
-  EXPECT_EQ(dump(map_of({three, five})), as_five);
-  EXPECT_EQ(dump(map_of({five, three})), as_five);
-  EXPECT_EQ(dump(map_of({three, other_three})), "100@0 101@10 102@20 ");
-}
-
-TEST(TempoMapBlocks, ARecordThatIsNoTempoEndsTheRun) {
-  const Stored good{0, 100}, next{10, 110}, far{30, 130};
+  const auto ended_by = [](const Stored& bad) {
+    return std::vector<std::vector<Stored>>{{{0, 100}, {10, 110}, bad, {30, 130}}};
+  };
   const struct {
     const char* what;
-    Stored bad;
+    std::vector<std::vector<Stored>> blocks;
+    const char* map;
   } cases[] = {
-      {"5 BPM is too slow", {20, 5}},
-      {"500 BPM is too fast", {20, 500}},
-      {"not a number", {20, std::numeric_limits<double>::quiet_NaN()}},
-      {"a tick before the one before", {9, 120}},
-      {"a position below the bias", {-1, 120}},
+      {"the longest, last", {three, five}, "50@0 51@1 52@2 53@2 54@9 "},
+      {"the longest, first", {five, three}, "50@0 51@1 52@2 53@2 54@9 "},
+      {"the first of equal ones", {three, other_three}, "100@0 101@10 102@20 "},
+      {"5 BPM is too slow", ended_by({20, 5}), "100@0 110@10 "},
+      {"500 BPM is too fast", ended_by({20, 500}), "100@0 110@10 "},
+      {"not a number", ended_by({20, std::numeric_limits<double>::quiet_NaN()}), "100@0 110@10 "},
+      {"a tick before the one before", ended_by({9, 120}), "100@0 110@10 "},
+      {"a position below the bias", ended_by({-1, 120}), "100@0 110@10 "},
+      {"one tempo is no map", {{{0, 141.3}}}, ""},
   };
-  for (const auto& one : cases) {
-    EXPECT_EQ(dump(map_of({{good, next, one.bad, far}})), "100@0 110@10 ") << one.what;
-  }
+  for (const auto& one : cases) EXPECT_EQ(dump(map_of(one.blocks)), one.map) << one.what;
 }
 
-TEST(TempoMapBlocks, OneTempoIsNoMapButTellsTheTempo) {
-  const TempoMap map = map_of({{{0, 141.3}}});
-  EXPECT_TRUE(map.events.empty());
-  EXPECT_EQ(map.session_tempo, 141.3);
-}
-
-TEST(TempoMapBlocks, OtherTagsAreNoTempo) {
+TEST(TempoMapBlocks, TheSessionTempo) {
+  const std::vector<Stored> two = {{0, 100}, {kQuarter, 200}};
+  EXPECT_EQ(map_of({{{0, 141.3}}}).session_tempo, 141.3) << "from a block's only record";
+  EXPECT_EQ(map_of({two}).session_tempo, 100) << "from the map";
   BlockWriter w;
-  tempo_block(w, {{0, 100}, {5, 101}}, "Tempi");
-  const Image image(w.take());
-  const TempoMap map = read_tempo(image.session, kRate, 0);
-  EXPECT_TRUE(map.events.empty());
-  EXPECT_EQ(map.session_tempo, 120);
+  signed_tempo(w, 90);
+  tempo_block(w, two);
+  EXPECT_EQ(read_tempo(Image(w).session, kRate, 0).session_tempo, 90) << "from the signature first";
+  tempo_block(w, two, "Tempi");
+  EXPECT_EQ(read_tempo(Image(w).session, kRate, 0).session_tempo, 120) << "another tag is no tempo";
+
+  const TempoMap map = map_of({two}, 60);
+  EXPECT_EQ(map.session_tempo, 60) << "an override replaces it";
+  EXPECT_EQ(map.seconds_of_ticks(kQuarter), 0.6) << "and leaves the map";
+  for (const double odd : {-1.0, 0.0, std::numeric_limits<double>::quiet_NaN()})
+    EXPECT_EQ(map_of({two}, odd).session_tempo, 100) << odd << " is no tempo";
+  for (const double odd : {1e-320, 1e308, std::numeric_limits<double>::infinity()})
+    EXPECT_EQ(map_of({two}, odd).session_tempo, odd) << "whatever is above 0 was asked for";
 }
 
 TEST(TempoMapBlocks, ARecordMustEndInsideItsBlock) {
@@ -192,29 +173,8 @@ TEST(TempoMapBlocks, ARecordMustEndInsideItsBlock) {
   blocks[3] = static_cast<std::uint8_t>(size);
   blocks[4] = static_cast<std::uint8_t>(size >> 8);
   EXPECT_EQ(dump(read_tempo(Image(blocks).session, kRate, 0)), "");
-}
 
-TEST(TempoMapBlocks, TheSessionTempoComesFromTheSignatureFirst) {
-  BlockWriter w;
-  signed_tempo(w, 90);
-  tempo_block(w, {{0, 100}, {5, 101}});
-  const Image image(w.take());
-  EXPECT_EQ(read_tempo(image.session, kRate, 0).session_tempo, 90);
-  EXPECT_EQ(map_of({{{0, 100}, {5, 101}}}).session_tempo, 100);
-}
-
-TEST(TempoMapBlocks, AnOverrideReplacesTheTempoAndLeavesTheMap) {
-  const std::vector<Stored> two = {{0, 100}, {kQuarter, 200}};
-  const TempoMap map = map_of({two}, 60);
-  EXPECT_EQ(map.session_tempo, 60);
-  EXPECT_EQ(dump(map), "100@0 200@960000 ");
-  EXPECT_EQ(map.seconds_of_ticks(kQuarter), 0.6);
-  // No tempo at all: ignored.
-  for (const double odd : {-1.0, 0.0, std::numeric_limits<double>::quiet_NaN()})
-    EXPECT_EQ(map_of({two}, odd).session_tempo, 100) << odd;
-  // Whatever is above 0 was asked for.
-  for (const double odd : {1e-320, 1e308, std::numeric_limits<double>::infinity()})
-    EXPECT_EQ(map_of({two}, odd).session_tempo, odd);
+  test::each_cut(test::image_of(blocks), [](ByteView cut) { read_tempo(SessionImage(cut), kRate, 0); });
 }
 
 // Blocks whose headers stand inside the records of the block before: read one by one they would cost the square
@@ -226,25 +186,8 @@ TEST(TempoMapBlocks, NestedBlocksCostNoMoreThanTheirBytes) {
   for (std::size_t i = 0; i < kBlocks; ++i) {
     std::uint8_t* at = bytes.data() + 58 + i * 61;
     // The BPM's bytes are a block's content type and the tag's text: about 249.
-    const std::uint8_t one[18] = {static_cast<std::uint8_t>(position),
-                                  0,
-                                  0,
-                                  0x5A,
-                                  0xE9,
-                                  0,
-                                  0,
-                                  0,
-                                  0,
-                                  0,
-                                  0x28,
-                                  0x20,
-                                  'T',
-                                  'e',
-                                  'm',
-                                  'p',
-                                  'o',
-                                  0x40};
-    std::memcpy(at, one, sizeof one);
+    std::memcpy(at, "\0\0\0\x5A\xE9\0\0\0\0\0\x28\x20Tempo\x40", 18);
+    at[0] = static_cast<std::uint8_t>(position);
     const auto left = static_cast<std::uint32_t>(bytes.size() - (58 + i * 61 + 3) - 7);
     std::memcpy(at + 6, &left, 4);
   }
@@ -258,39 +201,26 @@ TEST(TempoMapBlocks, NestedBlocksCostNoMoreThanTheirBytes) {
   EXPECT_EQ(read_tempo(image, kRate, 0).events.size(), kBlocks);
 }
 
-TEST(TempoMapBlocks, EveryCutOfASessionIsRead) {
-  BlockWriter w;
-  signed_tempo(w, 90);
-  tempo_block(w, {{0, 100, 48000}, {5, 101}, {9, 102}});
-  const auto whole = test::image_of(w.take());
-  for (std::size_t n = 0; n < whole.size(); ++n) {
-    const std::vector<std::uint8_t> cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(n));
-    EXPECT_TRUE(read_tempo(SessionImage(ByteView(cut.data(), n)), kRate, 0).events.empty()) << n;
-  }
-}
-
-TEST(TicksToSeconds, WithoutAMapByTheSessionTempo) {
-  TempoMap map;
-  map.session_tempo = 90;
-  EXPECT_EQ(map.seconds_of_ticks(0), 0);
-  EXPECT_EQ(map.seconds_of_ticks(kQuarter), 60.0 * kQuarter / (90 * kQuarter));
-}
-
-TEST(TicksToSeconds, ATickOnAnEntryAddsNothingForIt) {
-  TempoMap map;
-  map.events = {{0, 60}, {kQuarter, 120}, {kQuarter, 30}, {3 * kQuarter, 240}};
+TEST(TicksToSeconds, WalksTheMap) {
+  TempoMap none, steps, late;
+  none.session_tempo = 60;
+  steps.events = {{0, 60}, {kQuarter, 120}, {kQuarter, 30}, {3 * kQuarter, 240}};  // one of no length
+  late.events = {{4 * kQuarter, 60}, {8 * kQuarter, 120}};
   const struct {
-    double tick, seconds;
-  } cases[] = {{0, 0}, {kQuarter / 2, 0.5}, {kQuarter, 1}, {2 * kQuarter, 3}, {3 * kQuarter, 5}, {4 * kQuarter, 5.25}};
-  for (const auto& one : cases) EXPECT_EQ(map.seconds_of_ticks(one.tick), one.seconds) << one.tick;
-}
-
-TEST(TicksToSeconds, BeforeTheFirstEntryTimeCountsFromZero) {
-  TempoMap map;
-  map.events = {{4 * kQuarter, 60}, {8 * kQuarter, 120}};
-  EXPECT_EQ(map.seconds_of_ticks(2 * kQuarter), 2);
-  EXPECT_EQ(map.seconds_of_ticks(4 * kQuarter), 0);  // and jumps back at it
-  EXPECT_EQ(map.seconds_of_ticks(8 * kQuarter), 4);
+    const char* what;
+    const TempoMap& map;
+    double quarters, seconds;
+  } cases[] = {
+      {"the session tempo, without a map", none, 3, 3},
+      {"inside the first step", steps, 0.5, 0.5},
+      {"on a step's start nothing of it counts", steps, 1, 1},
+      {"the last of two steps at one place", steps, 2, 3},
+      {"behind the last start", steps, 4, 5.25},
+      {"before the first entry time counts from zero", late, 2, 2},
+      {"and jumps back at it", late, 4, 0},
+      {"to count on from there", late, 8, 4},
+  };
+  for (const auto& one : cases) EXPECT_EQ(one.map.seconds_of_ticks(one.quarters * kQuarter), one.seconds) << one.what;
 }
 
 TEST(TicksToSeconds, TheIndexGivesTheSameBitsAsTheWalk) {
@@ -325,30 +255,21 @@ TEST(SongStart, EveryConversionCountsFromIt) {
   EXPECT_EQ(map.timeline_seconds(-2 * kQuarter), 0);
 }
 
-TEST(SongStart, WithoutAMapItCountsFromTheDroppedRecord) {
-  const TempoMap map = map_of({{{kQuarter, 60, 48000}}});
-  EXPECT_EQ(map.seconds_of_ticks(kQuarter), 1);
-  EXPECT_EQ(map.seconds_of_ticks(3 * kQuarter), 3);
-}
-
-TEST(SongStart, OnlyAPlausibleMomentCounts) {
+TEST(SongStart, OnlyAPlausibleMomentOfTheFirstRecordCounts) {
   for (const std::int64_t samples : {std::int64_t{0}, std::int64_t{-5}, std::int64_t{1} << 40, INT64_MAX, INT64_MIN}) {
-    const TempoMap map = map_of({{{0, 60, samples}, {kQuarter, 120}}});
+    const TempoMap map = map_of({{{0, 60, samples}, {kQuarter, 120, 48000}}});
     EXPECT_FALSE(map.has_song_start()) << samples;
     EXPECT_EQ(map.seconds_of_ticks(kQuarter), 1);
   }
   EXPECT_TRUE(map_of({{{0, 60, (std::int64_t{1} << 40) - 1}}}).has_song_start());
-  // The first record's moment counts, no later one's.
-  EXPECT_FALSE(map_of({{{0, 60, 0}, {kQuarter, 120, 48000}}}).has_song_start());
+  EXPECT_EQ(map_of({{{kQuarter, 60, 48000}}}).seconds_of_ticks(3 * kQuarter), 3) << "a record that makes no map";
 }
 
 TEST(BiasedPositions, TheBiasComesOffTheLow32Bits) {
-  const struct {
-    std::uint32_t raw;
-    double ticks;
-  } cases[] = {
-      {3567587328u, 0}, {3567587329u, 1}, {0xFFFFFFFFu, 727379967}, {0, 727379968}, {3567587327u, 4294967295.0}};
-  for (const auto& one : cases) EXPECT_EQ(biased_to_ticks(one.raw), one.ticks) << one.raw;
+  EXPECT_EQ(biased_to_ticks(3567587328u), 0);
+  EXPECT_EQ(biased_to_ticks(0xFFFFFFFFu), 727379967);
+  EXPECT_EQ(biased_to_ticks(0), 727379968);
+  EXPECT_EQ(biased_to_ticks(3567587327u), 4294967295.0);
 }
 
 }  // namespace
