@@ -252,7 +252,7 @@ void write_project(Run& run, TextTarget& target) {
   const StripIndex strips = index_strips(run.strips);
   Names wide_strips;
   for (const StripRecord& strip : run.strips)
-    if (strip.has_mixer_data && !strip.known_width) wide_strips.emplace(strip.name);
+    if (strip.lane_count > 0 && !strip.known_width) wide_strips.emplace(strip.name);
   AudioItems items{.options = run.options, .media = run.media, .sample_rate = sample_rate};
   write_tracks(project, run.tracks,
                {.options = run.options,

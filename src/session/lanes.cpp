@@ -249,7 +249,7 @@ void read_strip_lanes(const SessionImage& image, std::vector<StripRecord>& strip
 std::vector<std::string> strips_of_unknown_width(const std::vector<StripRecord>& strips) {
   std::vector<std::string> names;
   for (const StripRecord& strip : strips) {
-    if (!strip.has_mixer_data || strip.known_width) continue;
+    if (!strip.has_mixer_data || strip.known_width || strip.lane_count == 0) continue;
     names.push_back(std::string(strip.name) + format_text(" (%u control slots)", strip.lane_count));
   }
   return names;

@@ -29,8 +29,8 @@ int strip_width_code(const SessionImage& image, std::uint64_t row_start, std::ui
 // pan, and the resting fader, which the volume lane knows better than the level record.
 void read_strip_lanes(const SessionImage& image, std::vector<StripRecord>& strips);
 
-// "name (3 control slots)" of each strip with mixer data whose number of lanes fits neither a mono nor a stereo strip;
-// a strip without lanes is one of them.
+// "name (3 control slots)" of each strip with mixer data and lanes whose number fits neither a mono nor a stereo strip.
+// A strip without any lane tells nothing of its width and is not among them.
 std::vector<std::string> strips_of_unknown_width(const std::vector<StripRecord>& strips);
 
 // For FRT_DUMP_LANES: the lanes of each strip that has volume, mute or pan points, on standard error.
