@@ -120,7 +120,7 @@ TEST(Pairing, ByCountFromTheCursorThenByNameOrByNumber) {
     std::vector<TrackPlaylist> track_playlists;
     char flag = 0;
     for (std::string name; playlist_words >> name >> count >> flag;) {
-      const auto& entry = entries(flag == 'g' ? "g0@0" : "0@0")[0];
+      const PlaylistEntry entry = entries(flag == 'g' ? "g0@0" : "0@0")[0];
       names.push_back(name == "*" ? "" : name);
       playlists.push_back(playlist_of(std::vector<PlaylistEntry>(count, entry), names.back(), flag == 't'));
       playlists.back().entries_read = flag != 'u';

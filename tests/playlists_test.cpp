@@ -89,7 +89,8 @@ TEST(Playlists, LocksStandBehindALoopRecord) {
                  {{}, {.lock_edit = 1}, {.lock_time = 1}, {.loop_size = 52}, {.lock_edit = 1, .loop_size = 52}});
   const Image image(w);
   std::string locked;
-  for (const PlaylistEntry& entry : read_playlists(image.session).at(0).entries) locked += entry.locked ? "+" : "-";
+  const std::vector<PlaylistRecord> playlists = read_playlists(image.session);
+  for (const PlaylistEntry& entry : playlists.at(0).entries) locked += entry.locked ? "+" : "-";
   EXPECT_EQ(locked, "-++-+");
 }
 
