@@ -550,7 +550,7 @@ struct Session {
       placement.track_name = "Trk";
       placement.clip = e.clip_or_fade_index;
       placement.position40 = e.position;
-      placement.raw_start = static_cast<std::uint32_t>(e.position);
+      placement.start = placement.raw_start = static_cast<std::uint32_t>(e.position);
       tables.audio.push_back(placement);
     }
     return shape_clips(SessionImage(ByteView(bytes.data(), bytes.size())), tables, tempo, kRate, options, counters);

@@ -50,7 +50,7 @@ std::vector<std::uint8_t> audio_session(bool older) {
   w.open(0x2067).zeros(40).close();
   w.open(older ? 0x100b : 0x262a).u32(3);
   clip(w, "a", 5, 100, 4000, 1);
-  clip(w, "b", 0, 0x123456, 70000, 0);
+  clip(w, "b", 0, 0x123456, kFar, 0);
   clip(w, "c", 0, 9, 1, 77);
   w.zeros(32).close();
   w.open(0x1015).u32(3);
@@ -106,7 +106,30 @@ TEST(ClipWalk, ReadsClipsAndPlacesThemOnTracksWithoutGaps) {
 TEST(ClipWalk, OlderListsPlaceClipsWhereTheClipsSay) {
   const Image image(audio_session(true));
   const ClipTables tables = walk_clips(image.session, {{"", 40}}, false);
-  EXPECT_EQ(dump(tables.audio, tables.audio_clips), "Gtr#0>0 b@70000\nEmpty#2>1 a@4000\n");
+  EXPECT_EQ(dump(tables.audio, tables.audio_clips), "Gtr#0>0 b@" + std::to_string(kFar) + "\nEmpty#2>1 a@4000\n");
+}
+
+TEST(ClipWalk, LongTrackNamesStayWholeUntilTheirCopiesAddUp) {
+  BlockWriter w;
+  w.open(0x2067).zeros(40).close();
+  w.open(0x262a).u32(1);
+  clip(w, "a", 0, 100, 0, 0);
+  w.zeros(32).close();
+  w.open(0x1015);
+  track(w, std::string(600, 'n'), {0, 1});
+  w.zeros(64).close();
+  w.open(0x1054);
+  for (int number = 0; number < 2; ++number) {
+    w.open(0x1052).text("p").u32(1).open(0x1050).zeros(11);
+    placement(w, 0, 0);
+    w.zeros(64).close().zeros(64).close();
+  }
+  w.zeros(8 * 600).close();  // room for one whole copy
+  const Image image(w);
+  const ClipTables tables = walk_clips(image.session, {}, false);
+  ASSERT_EQ(tables.audio.size(), 2u);
+  EXPECT_EQ(tables.audio[0].track_name.size(), 600u);
+  EXPECT_EQ(tables.audio[1].track_name.size(), 512u);
 }
 
 TEST(ClipWalk, MarkBehindTheLastListOfAPlaylistIsAnotherBlocks) {

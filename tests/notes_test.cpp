@@ -141,6 +141,9 @@ TEST(Notes, FullSessionInOrder) {
   counters.markers = 2, counters.regions = 1, counters.markers_without_time = 1;
   counters.gain_envelopes = 1;
   counters.master_faders = 2;
+  counters.prefader_faders_down = {"Aux"}, counters.prefader_kept_muted = {"Pad"};
+  counters.midi_tracks_muted = 1, counters.midi_mute_lanes = 2, counters.midi_other_lanes = 3;
+  counters.surround_aux_widths = 1, counters.surround_panner_lanes_left = 2;
   counters.hidden_tracks = {"Scratch", "Old bus"};
   counters.tracks_with_height = 20;
   counters.soloed_tracks = {"Kick"}, counters.soloed_and_muted = 1, counters.solo_keeper = true;
@@ -162,6 +165,11 @@ TEST(Notes, FullSessionInOrder) {
   19 mixer strips (faders, pans, mute)
   track list taken from the strip rows (name scan found 0 of 20)
   0 sends into 0 return tracks
+  1 muted track(s) feed a pre-fader send, and are written UNMUTED with
+  WARNING: 1 muted track(s) feed a pre-fader send but have volume or mute
+  1 MIDI track(s) muted in Pro Tools arrive muted
+  2 MIDI track(s) arrive with their mute automation
+  3 MIDI track automation lane(s) other than mute are NOT carried
   master fader "Master 1" carried onto the REAPER master
   77 automation points across 5 tracks
   6 automated track(s) set to Read (Trim/Read would
@@ -185,6 +193,8 @@ TEST(Notes, FullSessionInOrder) {
   1 surround track(s) folded from their Pro Tools legs into one
   1 track(s) were soloed AND muted in Pro Tools, which keeps them silent.
   Item timebase written per track: 20 Time (sample-based), 0 Beats
+  1 aux(es) taking a surround bus written as wide as that bus, and
+  2 surround panner automation lane(s) not written: a stereo source's
   1 clip(s) were locked in Pro Tools and are LOCKED in REAPER. REAPER
   1 tick-based tracks, 20 sample-based
   2 clip(s) carry a sync point and are placed by it, as Pro Tools

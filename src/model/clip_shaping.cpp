@@ -74,7 +74,7 @@ double sync_offset_of(const Placement& placement, const std::vector<std::int64_t
 }
 
 double seconds_of(const Placement& placement, bool ticks, const TempoMap& tempo, double sample_rate) {
-  if (!ticks) return static_cast<double>(placement.raw_start) / sample_rate;
+  if (!ticks) return static_cast<double>(placement.start) / sample_rate;
   if (!tempo.has_song_start()) return tempo.seconds_of_ticks(biased_to_ticks(placement.raw_start));
   // With a song start, positions before the tick origin are real ones.
   const auto tick = static_cast<std::int64_t>(placement.position40) - static_cast<std::int64_t>(kTickOrigin);

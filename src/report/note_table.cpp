@@ -104,8 +104,20 @@ constexpr Note kRunNotes[] = {
     {[](const NotesInput& in) {
       print_text("  %d sends into %d return tracks\n", in.counters.sends_written, in.counters.return_tracks);
     }},
-    // Muted tracks with a pre-fader send; MIDI mutes and lanes; tracks without output; the click's player; send
-    // pans; switched-off sends.
+    {&RunCounters::prefader_faders_down, NameList::kLines,
+     "  %d muted track(s) feed a pre-fader send, and are written UNMUTED with\n"
+     "      the fader all the way down:%s\n"
+     "      Pro Tools keeps a muted track's pre-fader sends playing; REAPER's\n"
+     "      mute would silence them too. With the fader down the send plays\n"
+     "      and the track itself is silent, as in Pro Tools.\n"},
+    {&RunCounters::prefader_kept_muted, NameList::kLines,
+     "  WARNING: %d muted track(s) feed a pre-fader send but have volume or mute\n"
+     "      automation, so they stay muted and the send goes quiet in REAPER:%s\n"
+     "      Pro Tools keeps a muted track's pre-fader sends playing.\n"},
+    {&RunCounters::midi_tracks_muted, "  %d MIDI track(s) muted in Pro Tools arrive muted\n"},
+    {&RunCounters::midi_mute_lanes, "  %d MIDI track(s) arrive with their mute automation\n"},
+    {&RunCounters::midi_other_lanes, "  %d MIDI track automation lane(s) other than mute are NOT carried\n"},
+    // Tracks without output; the click's player; send pans; switched-off sends.
     {[](const NotesInput& in) {
       if (in.counters.sends_written > 0) {
         print_text(
@@ -561,7 +573,17 @@ constexpr Note kRunNotes[] = {
       }
     }},
 
-    // ---- CLAP builds, surround panner ----
+    // ---- CLAP builds ----
+
+    // ---- Surround buses and panners ----
+    {&RunCounters::surround_aux_widths,
+     "  %d aux(es) taking a surround bus written as wide as that bus, and\n"
+     "      the tracks feeding it send every channel, not just the first two.\n"},
+    // Panners set, panner automation written.
+    {&RunCounters::surround_panner_lanes_left,
+     "  %d surround panner automation lane(s) not written: a stereo source's\n"
+     "      panner, or a session older than Pro Tools 2026.\n"},
+    // Layouts that cannot be placed; Trims in no effect.
 
     // ---- Locks and grid ----
     {&RunCounters::locked_clips,

@@ -395,7 +395,13 @@ void print_picture_and_wide(const RunCounters& counters) {
         "  order. Level, mute and their automation are carried.\n",
         folded);
   }
-  // Surround buses and panners.
+  if (counters.surround_aux_widths > 0) {
+    print_report(
+        "  %d aux(es) taking a surround bus arrive as wide as that bus, and\n"
+        "  every track feeding it sends all of its channels.\n",
+        counters.surround_aux_widths);
+  }
+  // Surround panners.
   if (wide > 0) {
     print_report(
         "  %d mixer strip(s) are wider than stereo. Level, mute and their\n"

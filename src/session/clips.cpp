@@ -31,8 +31,9 @@ constexpr std::uint64_t kMuted = 11, kPassedOver = 2;
 namespace track_entry {
 constexpr std::uint64_t kName = 2, kChannels = 7, kFirstChannel = 11;
 constexpr std::uint32_t kMostChannels = 1024;
-// A damaged count makes a name of the rest of the session; its tracks would each carry a copy of it.
-constexpr std::size_t kLongestName = 512;
+// Every track carries a copy of its name. Longer names are kept while all their copies together stay below a part of
+// the session; then they are cut, or one entry of many channels could multiply the session.
+constexpr std::size_t kUsualName = 512, kLongNamesShare = 8;
 }  // namespace track_entry
 // Notes: "MdNLB", u32 count at +11, then 35 bytes a note; the chunk's zero is the first note's position.
 namespace note_chunk {
@@ -124,6 +125,7 @@ using TrackNames = std::unordered_map<std::uint16_t, std::string_view>;
 
 TrackNames read_audio_tracks(ByteView image, const std::vector<Block>& roots) {
   TrackNames tracks;
+  std::size_t long_names_left = image.size() / track_entry::kLongNamesShare;
   for (const Block& root : roots) {
     if (root.content_type != 0x1015) continue;
     for (const Block& entry : children_of(image, root, 0x1014)) {
@@ -134,7 +136,13 @@ TrackNames read_audio_tracks(ByteView image, const std::vector<Block>& roots) {
       for (std::uint32_t k = 0; k < channels; ++k) {
         const auto number = image.u16(behind + track_entry::kFirstChannel + 2 * k);
         if (!number) break;
-        tracks.emplace(*number, name.substr(0, track_entry::kLongestName));
+        const auto [track, is_new] = tracks.emplace(*number, name);
+        if (!is_new || name.size() <= track_entry::kUsualName) continue;
+        if (name.size() <= long_names_left) {
+          long_names_left -= name.size();
+        } else {
+          track->second = name.substr(0, track_entry::kUsualName);
+        }
       }
     }
   }
@@ -192,7 +200,9 @@ class AudioPlacements {
         for (const Block& entry : children_of(image_, list, 0x100e)) {
           if (!image_.has(entry.offset, 8)) continue;
           const std::uint16_t clip = *image_.u16(entry.offset + placement::kClip);
-          if (clip < clips_.size()) add(number, clip, static_cast<std::uint64_t>(clips_[clip].start), false);
+          if (clip >= clips_.size()) continue;
+          const std::int64_t start = clips_[clip].start;
+          add(number, clip, static_cast<std::uint64_t>(start), start, false);
         }
       }
       ++number;
@@ -210,7 +220,8 @@ class AudioPlacements {
         for (const Block& entry : children_of(image_, list, 0x104f)) {
           if (!image_.has(entry.offset, 13)) continue;
           const std::uint64_t at = entry.offset + placement::kPosition;
-          add(number, *image_.u16(entry.offset + placement::kClip), image_.u40(at).value_or(*image_.u32(at)), muted);
+          const std::uint32_t low = *image_.u32(at);
+          add(number, *image_.u16(entry.offset + placement::kClip), image_.u40(at).value_or(low), low, muted);
         }
       }
       ++number;
@@ -220,7 +231,8 @@ class AudioPlacements {
   std::vector<Placement> take() { return std::move(placements_); }
 
  private:
-  void add(std::uint32_t number, std::uint16_t clip, std::uint64_t position, bool muted) {
+  // `position` is the stored value, `start` what of it counts on a sample-based track.
+  void add(std::uint32_t number, std::uint16_t clip, std::uint64_t position, std::int64_t start, bool muted) {
     if (number > kLastNumber || clip >= clips_.size()) return;
     const auto track = tracks_.find(static_cast<std::uint16_t>(number));
     if (track == tracks_.end()) return;
@@ -230,7 +242,7 @@ class AudioPlacements {
     placed.clip = clip;
     placed.position40 = position;
     placed.raw_start = static_cast<std::uint32_t>(position);
-    placed.start = placed.raw_start;
+    placed.start = start;
     placed.muted = muted;
     placements_.push_back(placed);
   }

@@ -71,7 +71,7 @@ struct Placement {
   std::uint32_t clip = 0;
   std::uint32_t raw_start = 0;   // audio: the position's low 32 bits as stored
   std::uint64_t position40 = 0;  // audio: the position's 40 bits as stored
-  std::int64_t start = 0;        // audio: raw_start (or the clip's own); MIDI: ticks from the tick origin
+  std::int64_t start = 0;        // audio: raw_start (or the clip's own, whole); MIDI: ticks from the tick origin
   bool muted = false;
 };
 
