@@ -249,14 +249,6 @@ TEST(DeletedPlacements, StayersTakeMarksByTheirOwnKey) {
   EXPECT_EQ(c.counters.colored_placements, 2);
 }
 
-TEST(DeletedPlacements, TracksWithoutAPlaylistKeepAll) {
-  std::vector<PlacedTrack> tracks(1);
-  tracks[0].clips = clips("1@1 2@2");
-  RunCounters counters;
-  set_deleted_placements_aside(tracks, {playlist_of(entries("1@1"))}, {}, {}, counters);
-  EXPECT_EQ(tracks[0].clips.size(), 2u);
-}
-
 // ---- which entries are fades ----
 
 TEST(FadeEntries, BindByTheClipEdgesOfTheirPlaylist) {
@@ -585,20 +577,6 @@ TEST(ClipShaping, WholeStage) {
   EXPECT_EQ(s.counters.fade_clips_dropped, 1);
   EXPECT_EQ(s.counters.deleted_placements, 1);
   EXPECT_FALSE(s.counters.sync_points_unmatched);
-}
-
-TEST(ClipShaping, WithoutTheOptionDeletedPlacementsOnlyCount) {
-  Session s;
-  s.options.no_fades = true;
-  s.clips = {{"one", 48000, 0, 9}};
-  s.entries = entries("0@48000 n0@48000k2");  // a fade, if fades were asked for
-  const ShapedClips shaped = s.shape();
-  ASSERT_EQ(shaped.tracks[0].items.size(), 1u);
-  EXPECT_EQ(shaped.tracks[0].items[0].fade_in, 0.0);
-  EXPECT_TRUE(shaped.tracks[0].alternates.empty());
-  EXPECT_EQ(s.counters.fade_clips_dropped, 0);
-  EXPECT_EQ(s.counters.deleted_placements, 1);
-  EXPECT_EQ(s.counters.fades_not_understood, 1);
 }
 
 TEST(ClipShaping, SyncPointsMoveNothingIfTheyDontLineUpNorBeforeTheStart) {

@@ -23,15 +23,6 @@ CommandLine read(std::vector<const char*> arguments) {
 
 // ---- options ----
 
-TEST(CommandLineTest, NoArgumentsLeaveTheDefaults) {
-  const CommandLine line = read({});
-  EXPECT_EQ(line.job, Job::kConvertSession);
-  EXPECT_EQ(line.options.program_path, "bin/ferrite");
-  EXPECT_TRUE(line.positionals.empty());
-  EXPECT_FALSE(line.pause_at_exit || line.convert_twice || line.show_progress || line.corpus_dir);
-  EXPECT_EQ(read_command_line(0, nullptr).options.program_path, "");
-}
-
 // Every switch moves its own field away from where it rests, and none is mistaken for a path.
 TEST(CommandLineTest, SwitchesSetTheirField) {
   using O = ConversionOptions;

@@ -212,19 +212,6 @@ TEST(Notes, FullSessionInOrder) {
 )text");
 }
 
-TEST(Notes, SwitchesThatFindNothingToDoStillAnswer) {
-  expect_notes({
-      {"  --no-sidechain: key inputs left unwired\n", [](Scene& s) { s.options.no_sidechain = true; }},
-      {"  --keep-inaudible-midi: 0 MIDI event(s) outside", [](Scene& s) { s.options.keep_inaudible_midi = true; }},
-      {"  --truncate-midi-to-clip: no note runs past", [](Scene& s) { s.options.truncate_midi_to_clip = true; }},
-      {"      --tempo-ramps: no drawn ramp here;", [](Scene& s) { s.options.tempo_ramps = true; }},
-      {"  --no-stand-ins: on; no Avid plug-in in this", [](Scene& s) { s.options.no_stand_ins = true; }},
-      {"  --no-track-colors: every track is in REAPER's", [](Scene& s) { s.options.no_track_colors = true; }},
-      {"  --no-clip-colors: 0 clip(s) that would carry", [](Scene& s) { s.options.no_clip_colors = true; }},
-      {"", [](Scene& s) { s.options.recover_deleted = s.options.no_click = true; }},
-  });
-}
-
 TEST(Notes, TempoRamps) {
   const auto text = [](bool option, int written, int left) {
     Scene scene;
@@ -244,39 +231,6 @@ TEST(Notes, TempoRamps) {
   EXPECT_TRUE(contains(text(true, 0, 1), "  tempo map with 9 changes\n      1 ramp(s) left as Pro Tools' steps"));
   EXPECT_FALSE(contains(text(true, 0, 1), "no drawn ramp here"));
   EXPECT_FALSE(contains(text(false, 0, 1), "ramp"));
-}
-
-TEST(Notes, MidiEventsByTheirSwitches) {
-  const auto midi = [](bool keep, bool cut, int muted, int notes) {
-    return [=](Scene& scene) {
-      scene.options.keep_inaudible_midi = keep;
-      scene.options.truncate_midi_to_clip = cut;
-      scene.counters.muted_midi_events = muted;
-      scene.counters.notes_past_clip_edges = notes;
-    };
-  };
-  expect_notes({
-      {"  3 MIDI event(s) kept but muted -- outside", midi(false, false, 3, 0)},
-      {"  3 MIDI note event(s) kept but muted: notes too short", midi(true, false, 3, 0)},
-      {"  --truncate-midi-to-clip: 4 note(s) run past a clip edge and are CUT", midi(false, true, 0, 4)},
-      {"  4 note(s) run past a clip edge; those items were lengthened", midi(false, false, 0, 4)},
-  });
-}
-
-TEST(Notes, DualPanPointsCountOnStripsWithMixerDataOnly) {
-  AutomationLane two_points;
-  two_points.points = {{0, -50}, {100, 50}};
-  StripRecord moved, resting, no_data;
-  moved.has_mixer_data = resting.has_mixer_data = true;
-  moved.dual_pan = 3, resting.dual_pan = 2, no_data.dual_pan = 2;
-  moved.dual_left_lane = two_points;
-  moved.right_pan_lane.points = {{0, 20}};
-  no_data.dual_left_lane = two_points;
-  EXPECT_EQ(added_by([&](Scene& scene) {
-              scene.strips = {moved, resting, no_data};
-            }),
-            "  3 dual-pan point(s) on 1 stereo track(s) (REAPER dual pan)\n");
-  EXPECT_EQ(added_by([&](Scene& scene) { scene.strips = {resting, no_data}; }), "");
 }
 
 TEST(Notes, MeterEvents) {
@@ -318,22 +272,6 @@ TEST(Notes, MeterEvents) {
   EXPECT_TRUE(meters(eight_repeats, 0).ends_with(", 4/4 at bar 9, ... and 1 more\n"));
 }
 
-TEST(Notes, MarkersByWhatTheirColorsBecame) {
-  const auto markers = [](int count, int colored, std::vector<std::string> unmapped) {
-    return [=](Scene& scene) {
-      scene.counters.markers = count;
-      scene.counters.colored_markers = colored;
-      scene.counters.unmapped_marker_colors = unmapped;
-    };
-  };
-  expect_notes({
-      {"\n      1 of them carried a marker color.", markers(2, 1, {})},
-      {"\n      map yet, and arrive in REAPER's default color: Verse, Solo 2\n", markers(2, 1, {"Verse", "Solo 2"})},
-      {"None carried a stored marker color", markers(1, 0, {})},
-      {"", markers(0, 0, {})},
-  });
-}
-
 TEST(Notes, SettingsThatDifferFromTheUsual) {
   const auto pan_depth = [](bool read, int value, double db) {
     return [=](Scene& scene) { scene.settings.pan_depth = {read, value, value >= 1 && value <= 4, db}; };
@@ -368,44 +306,6 @@ TEST(Notes, SettingsThatDifferFromTheUsual) {
       {"      Nudge (0| 1| 060) is not carried", grid(true, {0, 1, 60})},
       {"", grid(false, {0, 1, 60})},
   });
-}
-
-TEST(Notes, TrackNamesByModeAndOption) {
-  const auto automation = [](int not_in_read, Lines off, Lines modes) {
-    return [=](Scene& scene) {
-      scene.counters.tracks_not_in_read = not_in_read;
-      scene.counters.automation_off_tracks = off;
-      scene.counters.other_mode_tracks = modes;
-    };
-  };
-  const auto comments = [](int mode) {
-    return [=](Scene& scene) {
-      scene.options.comments_mode = mode;
-      scene.counters.commented_tracks = {"A", "B c"};
-    };
-  };
-  const auto theme = [](bool dark_by_default, int chosen, bool no_colors) {
-    return [=](Scene& scene) {
-      scene.dark_theme_default = dark_by_default;
-      scene.options.pt_theme = chosen;
-      scene.options.no_clip_colors = no_colors;
-    };
-  };
-  expect_notes({
-      {"  1 track(s) have automation mode OFF in Pro Tools: Gtr\n", automation(1, {"Gtr"}, {" Gtr=Off"})},
-      {"an automation mode other than Read and arrive in it: Gtr=Off Bs=Touch+Trim\n",
-       automation(2, {"Gtr"}, {" Gtr=Off", " Bs=Touch+Trim"})},
-      {"  2 track(s) carry a COMMENT in Pro Tools: A B c\n", comments(0)},
-      {"named \"Pro Tools comment\". It plays nothing.\n", comments(0)},
-      {"(View > Project Notes).", comments(1)},
-      {"      NOT WRITTEN (--comments none).\n", comments(2)},
-      {"  Clip colors follow Pro Tools' Classic theme, as chosen.\n", theme(true, 1, false)},
-      {"", theme(false, 1, false)},
-      {"", theme(true, 0, false)},
-      {"", theme(true, 2, false)},
-  });
-  EXPECT_FALSE(contains(added_by(automation(1, {"Gtr"}, {" Gtr=Off"})), "other than Read"));
-  EXPECT_FALSE(contains(added_by(theme(true, 1, true)), "Classic theme"));
 }
 
 TEST(Notes, Timecode) {
@@ -556,14 +456,6 @@ TEST(ClosingNotes, DepthThatWasNotCarried) {
     scene.counters.recording_format_written = row.written;
     EXPECT_TRUE(scene.closing().starts_with(row.text)) << row.text;
   }
-}
-
-TEST(ClosingNotes, LongClips) {
-  Scene scene;
-  scene.long_clips = {2, 61.26, 95.04};
-  EXPECT_TRUE(scene.closing().starts_with(
-      "  note: 2 clip(s) over 10 minutes (longest 61.3 min, from a 95.0 min\n        source)."))
-      << scene.closing();
 }
 
 TEST(LongClips, TenMinutesExactlyIsNotLong) {

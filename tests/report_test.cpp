@@ -122,51 +122,6 @@ TEST(Report, TrackList) {
       << scene.text();
 }
 
-TEST(Report, PluginRowsNameEachTrackOnce) {
-  Scene scene;
-  scene.plugins.rows = {
-      {"Vox", 1, "EQ", PluginOutcome::kSettings, "told elsewhere", true, 12},
-      {"Vox", 2, "A compressor with a very long name", PluginOutcome::kDefaults, "nothing stored", false, 0},
-      {"Gtr", 1, "Amp", PluginOutcome::kNotInstalled, "not installed", true, 0},
-      {"Gtr", 10, "Pitch", PluginOutcome::kAaxOnly, "AAX only", false, 0},
-  };
-  const std::string text = scene.text();
-  EXPECT_TRUE(contains(text, R"text(
-  4 instance(s): 1 arrived with Pro Tools settings, 1 inserted at
-  the plug-in's own defaults, 2 could not be inserted.
-  1 is marked (not installed): its settings WERE written, and it
-)text"))
-      << text;
-  EXPECT_TRUE(contains(text, R"text(
-  Vox
-     1 [settings] EQ                          12 automation point(s)  (not installed for REAPER here)
-     2 [defaults] A compressor with a very l  - nothing stored
-  Gtr
-     1 [dropped ] Amp                         - not installed
-    10 [dropped ] Pitch                       - AAX only
-
-PLUG-INS
-)text"))
-      << text;
-}
-
-TEST(Report, PluginsAskForWhatReaperNeeds) {
-  Scene scene;
-  EXPECT_FALSE(contains(scene.text(), "WHAT REAPER NEEDS"));
-  scene.plugins.all = {{"Amp", 2}, {"EQ", 1}};
-  scene.plugins.rows = {{"Vox", 1, "EQ", PluginOutcome::kSettings, "", false, 0}};
-  EXPECT_TRUE(contains(scene.text(),
-                       "PLUG-INS\n"
-                       "  3 instance(s) found, 1 written with their settings\n"
-                       "    Amp                      x2\n"
-                       "    EQ                       x1\n"
-                       "\n  WHAT REAPER NEEDS INSTALLED, AND WHAT IT DOES NOT\n"));
-  EXPECT_TRUE(contains(scene.text(), "own plug-in list was not found"));
-  scene.plugins.reaper_list_found = true;
-  EXPECT_FALSE(contains(scene.text(), "own plug-in list was not found"));
-  EXPECT_EQ(scene.report().summary_line, "summary tracks=0 clips=0 notes=0 fx=3 written=1 needs_look=0");
-}
-
 TEST(Report, NeedsALookCountsItsSections) {
   Scene scene;
   scene.plugins.aax_only = {{"DigiX", {"Big Room", 3, 1}}};
@@ -196,30 +151,6 @@ TEST(Report, NeedsALookCountsItsSections) {
   }
   // All of them, in full.
   EXPECT_TRUE(contains(outcome.text, "    7" + std::string(70, 'x') + ".wav\n"));
-}
-
-TEST(Report, CountsOfOneAndMoreAreWordedApart) {
-  Scene scene;
-  scene.plugins.aax_only = {{"DigiX", {"Meter", 2, 0}}};
-  EXPECT_TRUE(contains(scene.text(), "x2\n    None of these processed audio: the mix is unaffected.\n"));
-  scene.plugins.aax_only = {{"DigiX", {"Room", 2, 2}}};
-  EXPECT_TRUE(contains(scene.text(), "    2 of these processed audio, so that much of the mix\n    is not carried.\n"));
-
-  scene.counters.surround_folds = 1;
-  EXPECT_TRUE(contains(scene.text(), "\nPICTURE AND WIDE TRACKS\n  1 surround track(s) folded"));
-  EXPECT_FALSE(contains(scene.text(), "wider than stereo"));
-  scene.counters.wide_strips = {"Surr (6 control slots)"};
-  scene.counters.surround_pan_strips = 1;
-  EXPECT_TRUE(contains(scene.text(), "    1 of them carries PAN automation"));
-  scene.counters.surround_pan_strips = 2;
-  EXPECT_TRUE(contains(scene.text(), "    2 of them carry PAN automation"));
-}
-
-TEST(Report, SharedUsageNamesThePrivacyPage) {
-  Scene scene;
-  scene.options.usage_shared = true;
-  EXPECT_TRUE(contains(scene.text(), "  (https://kestrel.example/privacy). The summary holds no track, clip or\n"));
-  EXPECT_FALSE(contains(scene.text(), "This conversion sent nothing"));
 }
 
 TEST(ReportFile, Path) {

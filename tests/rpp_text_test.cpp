@@ -42,12 +42,6 @@ TEST(Quoting, TheFirstFreeDelimiterIsTaken) {
   }
 }
 
-TEST(Guids, AreMadeOfTheirSeedAlone) {
-  EXPECT_EQ(make_guid(0), "{9E3779B9-2BA8-8EFF-A3A9-64C3B21480CD}");
-  EXPECT_EQ(make_guid(guid_seed::kMarker + 1), "{7E9B4C45-40B5-E613-6CEE-BC87D7B089C9}");
-  EXPECT_EQ(make_guid(0xFFFFFFFF), "{00000008-2F5E-53B8-0C51-02D8E35BCDA8}");
-}
-
 std::string as_printf(const char* format, int digits, double value) {
   char text[1024];
   std::snprintf(text, sizeof text, format, digits, value);

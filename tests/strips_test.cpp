@@ -123,17 +123,6 @@ TEST(FirstFit, AnswersLikeAWalkHoweverBlocksOverlap) {
   }
 }
 
-TEST(TextIndex, NumbersTextsOnceFromEitherEnd) {
-  for (const auto side : {TextIndex::Side::kFirstByte, TextIndex::Side::kLastByte}) {
-    TextIndex index(side);
-    std::vector<std::string> texts;
-    for (int i = 0; i < 500; ++i) texts.push_back("name " + std::to_string(i));
-    for (std::uint32_t i = 0; i < 500; ++i) EXPECT_EQ(index.insert(texts[i]), std::pair(i, true));
-    EXPECT_EQ(index.insert("name 17"), std::pair(17u, false));
-    EXPECT_FALSE(index.contains("name 500") || index.contains(""));
-  }
-}
-
 // ---- rows ----
 
 void named_row(BlockWriter& w, unsigned type, std::string_view name) {
@@ -244,16 +233,6 @@ TEST(NameTable, RunsFromTheFirstKnownNameUntilAGap) {
     for (const Part& part : c.parts) w.text(part.text).fill(part.gap_behind, 1);
     const Image image(w);
     EXPECT_EQ(strings(read_name_table(image.session, c.known)), strings(c.expected)) << c.what;
-  }
-}
-
-TEST(NameTable, OnlyTheFirstBytesOfTheImageAreScanned) {
-  const std::size_t scanned = 400000;
-  for (const std::size_t name_end : {scanned, scanned + 1}) {
-    BlockWriter w;
-    w.fill(name_end - 20 - 8, 1).text("Kick");
-    const Image image(w);
-    EXPECT_EQ(read_name_table(image.session, {"Kick"}).size(), name_end == scanned ? 1u : 0u);
   }
 }
 
@@ -427,34 +406,6 @@ TEST(StripRecords, FurtherRecordsOfAGroupAreSendsToTheNearestBus) {
   EXPECT_TRUE(records(image, {"Kick"}, {"Chorus"}).at(0).sends.empty());
 }
 
-TEST(NearestBus, TakesTheLongestOfEquallyNearOnesInsideItsWindow) {
-  struct Text {
-    std::size_t at;
-    std::string_view text;
-  };
-  struct Case {
-    const char* what;
-    std::vector<Text> texts;
-    std::string_view expected;
-  };
-  const std::uint64_t v = 2000;
-  const std::vector<Case> cases = {
-      {"equally near, the longer one", {{1990, "abc"}, {2010, "defg"}}, "defg"},
-      {"at one place, the longer one", {{1990, "abcdef"}}, "abcdef"},
-      {"first byte of the window", {{500, "abc"}}, "abc"},
-      {"a byte before it", {{499, "abc"}}, ""},
-      {"last bytes of the window", {{3497, "abc"}}, "abc"},
-      {"a byte over it", {{3498, "abc"}}, ""},
-      {"the shorter one fits", {{3496, "abcdef"}}, "abc"},
-  };
-  for (const Case& c : cases) {
-    std::vector<std::uint8_t> bytes(5000);
-    for (const Text& t : c.texts) std::copy(t.text.begin(), t.text.end(), bytes.begin() + static_cast<long>(t.at));
-    NearestBus buses(ByteView(bytes.data(), bytes.size()), {"abc", "abcdef", "defg"});
-    EXPECT_EQ(buses.near(v).value_or(""), c.expected) << c.what;
-  }
-}
-
 TEST(NearestBus, AnswersLikeASearchForEachName) {
   std::mt19937 random(11);
   const Names names = {"aab", "aabb", "abab", "bab", "bbbbb"};
@@ -587,21 +538,6 @@ TEST(TrackRows, AreFoundByNameInATrackListOfTheirNumber) {
     EXPECT_EQ(data.at(1).row_height, 0);
     EXPECT_EQ(data.at(1).solo, -1);
   }
-}
-
-TEST(ByRowNames, TheCurrentNameAlwaysSetsAndTheOriginalOnlyFills) {
-  std::vector<StripRow> rows(3);
-  rows[0].original_name = "old", rows[0].current_name = "new";
-  rows[1].original_name = "new", rows[1].current_name = "other";
-  rows[2].original_name = "third", rows[2].current_name = "old";
-  std::vector<TrackRow> data(3);
-  for (int i = 0; i < 3; ++i) data[static_cast<std::size_t>(i)].row_height = i;
-  const auto map = track_rows_by_name(rows, data);
-  ASSERT_EQ(map.size(), 4u);
-  EXPECT_EQ(map.at("new").row_height, 0);
-  EXPECT_EQ(map.at("other").row_height, 1);
-  EXPECT_EQ(map.at("old").row_height, 2);
-  EXPECT_EQ(map.at("third").row_height, 2);
 }
 
 // ---- wrappers ----

@@ -101,18 +101,6 @@ TEST(FixedTempo, TheFirstSignedTempoInRangeIsTaken) {
   }
 }
 
-TEST(FixedTempo, EveryByteOfTheSignatureCounts) {
-  BlockWriter w;
-  signed_tempo(w, 90);
-  auto bytes = w.take();
-  test::each_cut(bytes, [&](ByteView cut) { EXPECT_EQ(find_tempo(cut, 120), cut.size() == bytes.size() ? 90 : 120); });
-  for (std::size_t i = 0; i < 24; ++i) {
-    bytes[i] ^= 0x40;
-    EXPECT_EQ(find_tempo(ByteView(bytes.data(), bytes.size()), 120), 120) << i;
-    bytes[i] ^= 0x40;
-  }
-}
-
 TEST(TempoMapBlocks, TheLongestRunOfTempoRecordsIsTheMap) {
   const std::vector<Stored> three = {{0, 100}, {10, 101}, {20, 102}}, other_three = {{0, 200}, {10, 201}, {20, 202}};
   const std::vector<Stored> five = {{0, 50}, {1, 51}, {2, 52}, {2, 53}, {9, 54}};
