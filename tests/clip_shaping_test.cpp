@@ -1,6 +1,4 @@
 // From placements to items: pairing with playlists, timebase, deleted placements, fades, gain.
-#include "model/clip_shaping.h"
-
 #include <gtest/gtest.h>
 
 #include <cctype>
@@ -12,11 +10,12 @@
 #include <utility>
 #include <vector>
 
-#include "model/deleted_placements.h"
-#include "model/fades.h"
-#include "model/item_order.h"
-#include "model/placed_clips.h"
-#include "model/timebase.h"
+#include "model/clips/deleted_placements.h"
+#include "model/clips/fades.h"
+#include "model/clips/item_order.h"
+#include "model/clips/pairing.h"
+#include "model/clips/placed_clips.h"
+#include "model/clips/shape_clips.h"
 #include "support/block_writer.h"
 
 namespace frt {

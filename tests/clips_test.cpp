@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "session/audio_files.h"
+#include "session/media/file_folders.h"
 #include "support/hand_image.h"
 
 namespace frt {

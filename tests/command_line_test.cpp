@@ -1,11 +1,11 @@
 // The command line: what arguments mean, how the session is found among them, and the program's jobs and statuses.
-#include "run/command_line.h"
+#include "app/command_line.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
 
-#include "run/help.h"
+#include "app/help.h"
 #include "support/process.h"
 #include "support/temp_folder.h"
 

@@ -1,5 +1,5 @@
 // Per-leg track lists in, the tracks of the mix out.
-#include "model/folding.h"
+#include "model/tracks/folding.h"
 
 #include <gtest/gtest.h>
 

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "session/memory_locations.h"
-#include "session/meter_map.h"
-#include "session/tempo_blocks.h"
+#include "session/headers/memory_locations.h"
+#include "session/headers/meter_map.h"
+#include "session/headers/tempo_map.h"
 #include "support/hand_image.h"
 #include "support/project_text.h"
 #include "writer/project_header.h"

@@ -1,5 +1,5 @@
 // From a path to a usable session: decryption, what is refused and in which words, who saved it, what is damaged.
-#include "session/intake.h"
+#include "stages/intake.h"
 
 #include <gtest/gtest.h>
 

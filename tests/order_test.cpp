@@ -1,5 +1,5 @@
 // The strip rows decide the order of the tracks; no track is lost on the way.
-#include "model/order.h"
+#include "model/tracks/order.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // The tables that clip shaping stands on: playlists, fades, clip gain, sync points, clip groups.
-#include "session/playlists.h"
+#include "session/clips/playlists.h"
 
 #include <gtest/gtest.h>
 
@@ -7,10 +7,10 @@
 #include <utility>
 #include <vector>
 
-#include "session/clip_gain.h"
-#include "session/clip_groups.h"
-#include "session/fades.h"
-#include "session/sync_points.h"
+#include "session/clips/clip_gain.h"
+#include "session/clips/clip_groups.h"
+#include "session/clips/fades.h"
+#include "session/clips/sync_points.h"
 #include "support/hand_image.h"
 
 namespace frt {

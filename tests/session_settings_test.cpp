@@ -1,5 +1,5 @@
 // What a session says of itself: timecode, recording format, pan depth, grid, meter map, memory locations.
-#include "session/session_settings.h"
+#include "session/headers/session_settings.h"
 
 #include <gtest/gtest.h>
 
@@ -8,8 +8,8 @@
 #include <utility>
 #include <vector>
 
-#include "session/memory_locations.h"
-#include "session/meter_map.h"
+#include "session/headers/memory_locations.h"
+#include "session/headers/meter_map.h"
 #include "support/hand_image.h"
 
 namespace frt {

@@ -1,6 +1,4 @@
 // The session's tempo: the fixed tempo, the tempo map, the song start, and the conversion from ticks to seconds.
-#include "model/tempo.h"
-
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -9,7 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "session/tempo_blocks.h"
+#include "session/clock.h"
+#include "session/headers/tempo_map.h"
 #include "support/hand_image.h"
 
 namespace frt {

@@ -1,16 +1,26 @@
 // The tracks and items of the project to be, as the passes of the model make them.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
-#include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
-#include "session/tables.h"
+#include "base/by_name.h"
+#include "session/clips/clip_tables.h"
 
 namespace frt {
+
+struct MediaFile;
+
+// One point of an item's gain line, in seconds from the item's start.
+struct ItemGainPoint {
+  double time = 0;
+  double db = 0;
+};
 
 // One placed audio clip, times in seconds.
 struct OutputItem {
@@ -38,7 +48,7 @@ struct OutputItem {
   double gain_db = 0;
   double pitch_semitones = 0;
   std::vector<std::pair<double, double>> warp;  // item time, source time
-  // Clip gain line: a view into the run's gain table; empty for none.
+  // Clip gain line: a view into the session's gain table; null for none.
   const std::vector<GainPoint>* gain_envelope = nullptr;
   double pan_side = 0;           // -1 and 1 for the legs of a folded stereo pair
   std::int32_t color = -2;       // palette index, -2 for none
@@ -46,6 +56,10 @@ struct OutputItem {
   double sync_offset = 0;        // from the clip's start to its sync point
   std::int32_t ara_index = -1;
   double original_length = 0, original_offset = 0, original_position = 0;
+
+  // Set when the written tracks are mixed.
+  const MediaFile* media = nullptr;      // where the audio file lies
+  std::vector<ItemGainPoint> gain_line;  // what is written of the gain line
 };
 
 // One per session track number that has a placement, before folding.
@@ -53,11 +67,10 @@ struct TrackNode {
   std::uint16_t track_index = 0;         // closed up
   std::uint16_t stored_track_index = 0;  // as the session numbers it
   std::string_view name;
-  bool ticks = false;          // tick-based, else sample-based
-  bool paired = false;         // bound to a playlist record
-  std::int64_t playlist = -1;  // index of the paired PlaylistRecord, -1 for none
-  // The name of the paired record, empty for none; where records go by number, a record without a name bears its
-  // track's.
+  bool ticks = false;  // tick-based, else sample-based
+  // Index of its playlist; nothing without one whose entries could be read.
+  std::optional<std::size_t> playlist;
+  // The name of its playlist, empty for none; where playlists go by number, one without a name bears its track's.
   std::string_view record_name;
   std::vector<OutputItem> items;
   std::vector<OutputItem> alternates;  // set aside: deleted placements (under --recover-deleted), stacked takes
@@ -82,16 +95,25 @@ struct OutputTrack {
   std::string frozen_track;
   bool inactive = false;
   bool voice_off = false;
-  bool alt_takes = false;
+  bool alt_takes = false;        // holds set-aside placements of another track
+  bool orphan_playlist = false;  // an alternate playlist without a known owner, or what was set aside from one
+
+  bool is_leg() const { return forced_pan != 0; }
+  // Its place in the look-ups: the Pro Tools name, or the written one if that is empty.
+  std::string_view key() const { return pt_name.empty() ? std::string_view(name) : std::string_view(pt_name); }
 };
 
-// What folding knows of a track by name.
-struct TrackMaps {
-  ByName<int> timebase;       // 2 tick-based, 0 sample-based
+// What a track's items and positions follow when the tempo changes.
+enum class Timebase : std::uint8_t { kDefault, kTime, kBeats, kBeatsPosition };
+
+// What folding knows of tracks by name: by the name they bear in the session.
+struct TrackFacts {
+  ByName<Timebase> timebase;
   ByName<int> width;          // folded legs
   ByName<int> surround_legs;  // only surround folds
-  // Frozen track -> (audio file name, position in seconds) of its renders.
-  ByName<std::vector<std::pair<std::string, double>>> freeze_renders;
 };
+
+// Frozen track -> (audio file name, position in seconds) of its renders.
+using FreezeRenders = ByName<std::vector<std::pair<std::string, double>>>;
 
 }  // namespace frt

@@ -3,13 +3,23 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "base/bytes.h"
 #include "base/file.h"
-#include "session/tables.h"
 
 namespace frt {
+
+// Rates in Hz: what a session without a readable one counts as, and what sessions may have.
+inline constexpr std::int64_t kUsualRate = 48000;
+constexpr bool is_session_rate(std::int64_t rate) { return rate >= 44100 && rate <= 192000; }
+
+// One file of the session's audio file list.
+struct AudioFileEntry {
+  std::string_view name;  // without folder
+  std::uint16_t index = 0;
+};
 
 // What `load` answers; 0 is success.
 namespace ptf_result {

@@ -1,71 +1,96 @@
-// One row of the console notes: when it prints, its text, and where its values come from.
+// One row of the console notes: when it prints, its text, and its values.
 //
-// Texts are printf formats. Each form checks at compile time that its text takes exactly the values that the
-// form prints, so a row with a wrong conversion doesn't compile.
+// Texts are printf formats. Each form checks at compile time that its text takes exactly the values that the form
+// prints, so a row with a wrong conversion doesn't compile.
 #pragma once
 
+#include <array>
+#include <cstddef>
+#include <span>
 #include <string>
-#include <string_view>
-#include <vector>
 
-#include "report/notes.h"
-#include "run/counters.h"
-#include "run/options.h"
+#include "report/name_list.h"
+#include "report/note_text.h"
+#include "report/note_value.h"
+#include "report/told.h"
 
 namespace frt {
 
-// How a list of names stands in the one "%s" of a note.
-enum class NameList {
-  kLines,   // each name on a line of its own, indented by six blanks
-  kBlanks,  // one blank before each name
-  kQuoted,  // in double quotes, with commas between
-};
-std::string joined_names(const std::vector<std::string>& names, NameList form);
-
-// The list behind a note's own text, piece by piece: " a, b, c".
-void print_comma_list(const std::vector<std::string>& names);
-
 class Note {
  public:
-  using Count = int RunCounters::*;
-  using Names = std::vector<std::string> RunCounters::*;
-  using Switch = bool ConversionOptions::*;
-  using Print = void (*)(const NotesInput&);
+  using Count = int (*)(const Told&);
+  using Names = const NameVector& (*)(const Told&);
+  using Print = void (*)(const Told&);
 
-  // Prints while the count is above 0, with the count as its value.
-  consteval Note(Count count, const char* text) : count_(count), text_(checked(text, "d")) {}
-  // Prints while there are names, with their number and the list as its values.
-  consteval Note(Names names, NameList form, const char* text)
-      : names_(names), form_(form), text_(checked(text, "ds")) {}
-  // Prints with the switch given.
-  consteval Note(Switch option, const char* text) : switch_(option), text_(checked(text, "")) {}
-  // Prints what the function finds to print: any other condition, any other values.
-  consteval Note(Print function) : print_(function) {}
+  // Prints while the count is above 0. The count is the text's first value, those given follow.
+  template <typename... Values>
+  consteval Note(Count count, const char* text, Values... values) : Note(count, always, text, values...) {}
+  // The same, if something else holds as well.
+  template <typename... Values>
+  consteval Note(Count count, Condition when, const char* text, Values... values)
+      : when_(when),
+        count_(count),
+        text_(text),
+        values_{Value(count), Value(values)...},
+        number_of_values_(1 + sizeof...(values)) {
+    check_values();
+  }
+  // Prints while there are names. Their number and the list are the text's values.
+  consteval Note(Names names, NameList form, const char* text) : names_(names), form_(form), text_(text) {
+    check_names();
+  }
+  // Prints with a switch given or anything else that holds; `always` does.
+  template <typename... Values>
+  consteval Note(Condition when, const char* text, Values... values)
+      : when_(when), text_(text), values_{Value(values)...}, number_of_values_(sizeof...(values)) {
+    check_values();
+  }
+  // Prints what the function finds to print, where no text with its values does.
+  consteval Note(Print function) : function_(function) {}
 
-  void print(const NotesInput& in) const;
+  void print(const Told& told) const;
 
  private:
-  // The text, if its conversions are `wanted` in that order; anything else doesn't compile. "%%" is none of them,
-  // and has no place in a text without values, which is printed as it stands.
-  static consteval const char* checked(const char* text, std::string_view wanted) {
-    std::size_t found = 0;
-    for (const char* p = text; *p != '\0'; ++p) {
-      if (*p != '%') continue;
-      ++p;
-      if (*p == '%' && !wanted.empty()) continue;
-      if (found == wanted.size() || *p != wanted[found]) throw "the text's conversions are not those of its form";
-      ++found;
+  static constexpr std::size_t kMostValues = 6;
+
+  // A text without values prints as it stands, so "%%" has no place in it.
+  consteval void check_values() const {
+    if (number_of_values_ == 0 && std::string_view(text_).find('%') != std::string_view::npos)
+      throw "a text without values holds a conversion";
+    std::size_t next = 0;
+    for (TextParts parts(text_); !parts.done();) {
+      const TextPart part = parts.next();
+      if (part.type.empty()) continue;
+      if (next == number_of_values_) throw "the text has more conversions than the row has values";
+      if (!values_[next++].fits(part.type)) throw "a conversion is not that of its value";
     }
-    if (found != wanted.size()) throw "the text lacks a conversion";
-    return text;
+    if (next != number_of_values_) throw "the text lacks a conversion";
+  }
+  consteval void check_names() const {
+    std::size_t next = 0;
+    for (TextParts parts(text_); !parts.done();) {
+      const TextPart part = parts.next();
+      if (part.type.empty()) continue;
+      if (next > 1 || part.text != (next == 0 ? "%d" : "%s")) throw "a note of names takes their number and the list";
+      ++next;
+    }
+    if (next != 2) throw "the text lacks a conversion";
   }
 
+  void print_names(const NameVector& names) const;
+  std::string formatted(const Told& told) const;
+
+  Condition when_;
   Count count_ = nullptr;
   Names names_ = nullptr;
   NameList form_ = NameList::kLines;
-  Switch switch_ = nullptr;
-  Print print_ = nullptr;
+  Print function_ = nullptr;
   const char* text_ = nullptr;
+  std::array<Value, kMostValues> values_{};
+  std::size_t number_of_values_ = 0;
 };
+
+// Rows that print one behind the other.
+using NoteGroup = std::span<const Note>;
 
 }  // namespace frt

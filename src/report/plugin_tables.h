@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "session/tables.h"
+#include "base/by_name.h"
 
 namespace frt {
 
@@ -29,6 +29,9 @@ struct PluginRow {
   std::string reason;
   bool not_installed = false;  // written, but REAPER doesn't have it here
   int automation_points = 0;
+
+  // Written all the same: it loads as soon as the plug-in is installed.
+  bool waits_for_install() const { return not_installed && outcome != PluginOutcome::kNotInstalled; }
 };
 
 struct AaxOnlyPlugin {
@@ -47,6 +50,9 @@ struct PluginTables {
   int unresolved_keys = 0;                                     // key inputs without a source
   ByName<int> inserts;                                         // strip -> number of inserts
   bool reaper_list_found = false;                              // REAPER's own plug-in list was found
+
+  int instances() const;
+  int rows_of(PluginOutcome outcome) const;
 };
 
 }  // namespace frt

@@ -2,35 +2,12 @@
 // the run.
 #pragma once
 
-#include <cstdint>
-#include <span>
 #include <string>
 #include <string_view>
 
-#include "model/tempo.h"
-#include "model/tracks.h"
-#include "report/plugin_tables.h"
-#include "run/counters.h"
-#include "run/options.h"
-#include "run/problem.h"
-#include "session/session_settings.h"
+#include "report/told.h"
 
 namespace frt {
-
-// What the report reads.
-struct ReportInput {
-  const ConversionOptions& options;
-  const RunCounters& counters;
-  const Problem& problem;
-  int session_version = 0;        // the version byte that the session library read
-  int version_major = -1;         // of the Pro Tools that saved the session; -1 unknown
-  std::int64_t session_rate = 0;  // Hz, as read
-  const TempoMap& tempo;
-  const SessionSettings& settings;
-  std::span<const OutputTrack> tracks;  // as written
-  const PluginTables& plugins;
-  const std::string& output_path;  // the project as written
-};
 
 struct ReportOutcome {
   std::string text;
@@ -38,8 +15,7 @@ struct ReportOutcome {
   int needs_look = 0;  // sections under NEEDS A LOOK
 };
 
-// Builds the text through print_report; the report target is null again when it returns.
-ReportOutcome build_report(const ReportInput& in);
+ReportOutcome build_report(const Told& told);
 
 // The project's path with its extension replaced by "-kestrel-report.txt".
 std::string report_path(std::string_view output_path);

@@ -2,7 +2,10 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
+
+#include "base/text.h"
 
 namespace frt {
 
@@ -13,19 +16,27 @@ inline constexpr char kSupportAddress[] = "support@kestrel.example";
 // The page that the privacy paragraph of the report names. A build constant.
 inline constexpr char kPrivacyPage[] = "https://kestrel.example/privacy";
 
+// The folder beside a session that holds its audio, by its name and by its path.
+inline constexpr char kAudioFolder[] = "Audio Files";
+inline std::string default_audio_dir(std::string_view session_path) {
+  return folder_of(session_path) + "/" + kAudioFolder;
+}
+
 // Filled once by the argument loop, then handed to a run read-only.
 struct ConversionOptions {
   std::string session_path;
   std::string output_path;  // empty: derived from the session path
-  std::string audio_dir = "Audio Files";
+  std::string audio_dir = kAudioFolder;
   bool audio_dir_given = false;
   std::string program_path;  // argument 0 of the process
   std::string vstini_path;   // empty: REAPER's own folders are searched
   std::vector<std::string> param_files;
   std::string want_params_path;
+  std::string corpus_dir;       // where --dump-corpus wants its files, empty unless given
   double tempo_override = 0.0;  // BPM; 0 reads the session's tempo
   bool keep_alt_takes = true;
   bool list_only = false;
+  bool dump_tables = false;  // print the session's tables and end
   bool no_stretch = false;
   bool recover_deleted = false;
   bool check_only = false;

@@ -7,8 +7,6 @@
 namespace frt {
 
 FrtSink* text_sink = nullptr;
-std::string* text_capture = nullptr;
-std::string* report_target = nullptr;
 
 void StdoutSink::write(const char* text) { std::fputs(text, stdout); }
 
@@ -67,7 +65,6 @@ void print_text(const char* format, ...) {
   va_start(values, format);
   const Formatted formatted(format, values);
   va_end(values);
-  if (text_capture) text_capture->append(formatted.text());
   if (text_sink) {
     text_sink->write(formatted.text());
   } else {
@@ -75,13 +72,21 @@ void print_text(const char* format, ...) {
   }
 }
 
-void print_report(const char* format, ...) {
-  if (!report_target) return;
+void TextCapture::write(const char* text) {
+  into_.append(text);
+  if (before_) {
+    before_->write(text);
+  } else {
+    std::fputs(text, stdout);
+  }
+}
+
+void TextBuilder::print(const char* format, ...) {
   std::va_list values;
   va_start(values, format);
   const Formatted formatted(format, values);
   va_end(values);
-  report_target->append(formatted.text());
+  text_.append(formatted.text());
 }
 
 std::string json_quote(const std::string& text) {

@@ -1,17 +1,18 @@
 #include "writer/audio_item.h"
 
-#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "base/decibel.h"
+#include "mix/media_files.h"
+
 namespace frt {
 namespace {
 
 constexpr std::size_t kPairsALine = 28;  // stretch markers
-constexpr double kEdge = 1e-9;           // seconds
 
 // Of a track with lanes: the height of one, and where this item's stands.
 struct LanePlace {
@@ -38,39 +39,8 @@ void write_stretch_markers(ProjectText& out, const std::vector<std::pair<double,
   out.text("\n");
 }
 
-// The points of a clip gain line that lie in the item, in seconds from its start and dB, with points on its edges
-// where the line crosses them.
-std::vector<std::pair<double, double>> gain_in_item(const OutputItem& item, double sample_rate) {
-  const std::vector<GainPoint>& line = *item.gain_envelope;
-  const auto time_of = [&](std::size_t i) {
-    return static_cast<double>(line[i].position) / sample_rate - item.source_offset;
-  };
-  const auto db_at = [&](std::size_t i, double time) {  // between the points i and i + 1
-    const double from = time_of(i), to = time_of(i + 1);
-    return line[i].db + (line[i + 1].db - line[i].db) * (time - from) / (to - from);
-  };
-  std::vector<std::pair<double, double>> inside;
-  for (std::size_t i = 0; i < line.size(); ++i) {
-    const double time = time_of(i);
-    if (time >= -kEdge && time <= item.length + kEdge) {
-      inside.emplace_back(std::max(0.0, std::min(time, item.length)), line[i].db);
-    } else if (time < 0.0) {
-      if (i + 1 < line.size() && time_of(i + 1) > 0.0) inside.emplace_back(0.0, db_at(i, 0.0));
-    } else if (i > 0 && time_of(i - 1) < item.length) {
-      inside.emplace_back(item.length, db_at(i - 1, item.length));
-    }
-  }
-  return inside;
-}
-
-void write_gain_envelope(ProjectText& out, const OutputItem& item, AudioItems& items, RunCounters& counters) {
-  if (!item.gain_envelope || item.gain_envelope->size() < 2) return;
-  const std::uint64_t to_walk = item.gain_envelope->size() / 8;
-  if (to_walk > items.gain_points_left) return;
-  const auto points = gain_in_item(item, items.sample_rate);
-  const std::uint64_t cost = std::min(to_walk + points.size(), items.gain_points_left);
-  items.gain_points_left -= cost;
-  if (points.size() < 2 || cost < points.size()) return;
+void write_gain_envelope(ProjectText& out, const std::vector<ItemGainPoint>& points) {
+  if (points.empty()) return;
   out.text(
       "      <VOLENV\n        ACT 1 -1\n        VIS 1 1 1\n"
       "        LANEHEIGHT 0 0\n        ARM 0\n"
@@ -79,7 +49,6 @@ void write_gain_envelope(ProjectText& out, const OutputItem& item, AudioItems& i
     out.text("        PT ").fixed(time, 10).text(" ").fixed(gain_of_db(db), 9).text(" 0\n");
   }
   out.text("      >\n");
-  ++counters.gain_envelopes;
 }
 
 // The plug-ins of a clip: a clip edited in Melodyne and a clip with Clip Effects bring a text each.
@@ -91,11 +60,9 @@ void write_take_fx(ProjectText& out, std::string_view melodyne, std::string_view
       .text("      >\n");
 }
 
-void write_item(ProjectText& out, const OutputItem& item, const LanePlace& lane, AudioItems& items,
-                RunCounters& counters) {
+void write_item(ProjectText& out, const OutputItem& item, const LanePlace& lane) {
   out.text("    <ITEM\n      POSITION ").fixed(item.position, 10).text("\n      SNAPOFFS ");
-  if (item.sync_offset > 0.0) ++counters.sync_point_clips;
-  if (item.sync_offset > 0.0 && item.sync_offset < item.length) {
+  if (item.sync_offset > 0.0) {
     out.general(item.sync_offset, 10);
   } else {
     out.text("0");
@@ -106,19 +73,10 @@ void write_item(ProjectText& out, const OutputItem& item, const LanePlace& lane,
   out.general(item.fade_out_shape).text(" ");
   put_seconds(out, item.fade_out).text(" 0 ").general(item.fade_out_shape).text(" 0 0 0\n");
   out.text(item.muted ? "      MUTE 1 0\n" : "      MUTE 0 0\n");
-  if (item.locked) {
-    out.text("      LOCK 1\n");
-    ++counters.locked_clips;
-  }
+  if (item.locked) out.text("      LOCK 1\n");
   out.text("      SOFFS ");
   put_seconds(out, item.source_offset).text("\n");
-  if (item.clip_color != 0) {
-    if (items.options.no_clip_colors) {
-      ++counters.uncolored_by_option;
-    } else {
-      out.text("      COLOR ").integer(item.clip_color).text(" R\n");
-    }
-  }
+  if (item.clip_color != 0) out.text("      COLOR ").integer(item.clip_color).text(" R\n");
   if (lane.height > 0.0) {
     out.text("      YPOS ").fixed(lane.top, 6).text(" ").fixed(lane.height, 6).text(" 2\n");
   }
@@ -146,27 +104,23 @@ void write_item(ProjectText& out, const OutputItem& item, const LanePlace& lane,
     }
     out.general(item.pan_side).text(item.polarity ? " -1 -1\n" : " 1 -1\n");
   }
-  write_gain_envelope(out, item, items, counters);
-  // A clip edited in Melodyne names its GUID and its audio archive here, by its number `next_item`.
-  const MediaPath& media = resolve_media_path(items.media, item.file_name, item.file_index, counters);
-  if (!media.in_media_folder) ++counters.clips_in_sibling_folders;
-  out.text("      <SOURCE WAVE\n        FILE ").text(media.quoted).text("\n      >\n");
+  write_gain_envelope(out, item.gain_line);
+  // A clip edited in Melodyne names its GUID and its audio archive here, by its running number.
+  out.text("      <SOURCE WAVE\n        FILE ").quoted(item.media ? item.media->path : "").text("\n      >\n");
   write_take_fx(out, {}, {});  // neither Melodyne clips nor Clip Effects are read yet
   out.text("    >\n");
-  ++items.next_item;
-  ++counters.clips_written;
 }
 
 }  // namespace
 
-void write_audio_items(ProjectText& out, const OutputTrack& track, AudioItems& items, RunCounters& counters) {
+void write_audio_items(ProjectText& out, const OutputTrack& track) {
   const double height = track.lanes.empty() ? 0.0 : 1.0 / static_cast<double>(track.lanes.size() + 1);
   LanePlace place{0.0, height};
-  for (const OutputItem& item : track.items) write_item(out, item, place, items, counters);
+  for (const OutputItem& item : track.items) write_item(out, item, place);
   const auto lane_count = static_cast<double>(track.lanes.size() + 1);
   for (std::size_t k = 0; k < track.lanes.size(); ++k) {
     place.top = static_cast<double>(k + 1) / lane_count;
-    for (const OutputItem& item : track.lanes[k].items) write_item(out, item, place, items, counters);
+    for (const OutputItem& item : track.lanes[k].items) write_item(out, item, place);
   }
 }
 

@@ -27,23 +27,23 @@ std::vector<std::string> comment_lines(std::string_view comment) {
   return lines;
 }
 
-std::string project_notes(const std::vector<TrackComment>& comments) {
-  if (comments.empty()) return {};
-  std::string text = "  <NOTES 0 2\n";
+void write_project_notes(ProjectText& project, const std::vector<TrackComment>& comments) {
+  if (comments.empty()) return;
+  project.text("  <NOTES 0 2\n");
   for (const auto& [name, comment] : comments) {
     bool first = true;
     for (const std::string& line : comment_lines(comment)) {
-      text.append("    |");
+      project.text("    |");
       if (first) {
-        text.append(name).append(": ");
+        project.text(name).text(": ");
       } else {
-        text.append("    ");
+        project.text("    ");
       }
-      text.append(line).append("\n");
+      project.text(line).text("\n");
       first = false;
     }
   }
-  return text.append("  >\n");
+  project.text("  >\n");
 }
 
 void write_comment_item(ProjectText& out, std::string_view comment, std::uint32_t track_seed) {

@@ -4,7 +4,6 @@
 
 #include <charconv>
 #include <clocale>
-#include <cmath>
 #include <cstdio>
 #include <cstring>
 
@@ -73,8 +72,6 @@ std::string make_guid(std::uint32_t seed) {
   const std::uint32_t b = a * 0x85EBCA77u, c = a * 0x218A205Bu, d = a * 0x9C6B79B5u;
   return format_text("{%08X-%04X-%04X-%04X-%04X%08X}", a, b >> 16, b & 0xFFFF, c >> 16, c & 0xFFFF, d);
 }
-
-double gain_of_db(double db) { return std::pow(10.0, db / 20.0); }
 
 ProjectText::ProjectText(TextTarget& target) : target_(target), buffer_(kBufferSize, '\0') {}
 

@@ -55,7 +55,4 @@ class ProjectText {
   bool good_ = true;
 };
 
-// 10^(dB/20).
-double gain_of_db(double db);
-
 }  // namespace frt

@@ -1,19 +1,18 @@
-// The project's tracks: one <TRACK block each, every value of its lines, and what stands inside.
+// The project's tracks: one <TRACK block each and what stands inside.
 #pragma once
 
-#include <vector>
+#include <span>
 
-#include "run/counters.h"
+#include "mix/track_page.h"
 #include "run/progress.h"
-#include "writer/audio_item.h"
 #include "writer/rpp_text.h"
-#include "writer/writer_tables.h"
 
 namespace frt {
 
-// Writes all track blocks: the tracks in list order and, if every soloed track was muted, the track that keeps the
-// others silent. Reports each track to `progress` if there is one.
-void write_tracks(ProjectText& out, const std::vector<OutputTrack>& tracks, const WriterTables& tables,
-                  AudioItems& items, RunCounters& counters, frtgui::Progress* progress);
+// Writes a block for each page. Reports each to `progress` if there is one.
+void write_tracks(ProjectText& out, std::span<const TrackPage> pages, frtgui::Progress* progress);
+
+// The empty, soloed track that keeps all others silent.
+void write_solo_keeper(ProjectText& out);
 
 }  // namespace frt

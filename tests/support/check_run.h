@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "ptf/ptf_format.h"
-#include "run/conversion.h"
+#include "stages/conversion.h"
 #include "support/console.h"
 
 namespace frt::test {

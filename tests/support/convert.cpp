@@ -1,6 +1,6 @@
 #include "support/convert.h"
 
-#include "run/conversion.h"
+#include "stages/conversion.h"
 #include "support/console.h"
 #include "support/temp_folder.h"
 

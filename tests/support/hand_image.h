@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "session/blocks.h"
+#include "image/blocks.h"
 #include "support/block_writer.h"
 
 namespace frt::test {

@@ -1,0 +1,24 @@
+#include "mix/mix.h"
+
+#include <utility>
+
+namespace frt {
+
+Mix mix_tracks(const Session& session, std::vector<OutputTrack>& tracks, const TrackFacts& facts,
+               const MixTables& tables, MediaFiles& media, const ConversionOptions& options) {
+  Mix mix;
+  Header header = make_header_page(session, options);
+  mix.header = std::move(header.page);
+  mix.counts.header = std::move(header.counts);
+
+  const Bound bound = bind_tracks(session, tracks, facts);
+  // Routing, groups, folders and colours are worked out here, on the final list, when they are built.
+  TrackPages pages = make_track_pages(session, bound, tracks, tables, options);
+  mix.tracks = std::move(pages.pages);
+  mix.counts.tracks = std::move(pages.counts);
+  mix.solo_keeper = mix.counts.tracks.solo_keeper;
+  mix.counts.items = mix_items(tracks, media, session.clock, options);
+  return mix;
+}
+
+}  // namespace frt

@@ -1,0 +1,31 @@
+// The whole project as pages: what the writer prints, top to bottom, and what was counted on the way.
+#pragma once
+
+#include <span>
+#include <vector>
+
+#include "mix/header_page.h"
+#include "mix/items.h"
+#include "mix/track_page.h"
+
+namespace frt {
+
+struct MixCounts {
+  HeaderCounts header;
+  TrackCounts tracks;
+  ItemCounts items;
+};
+
+struct Mix {
+  HeaderPage header;
+  std::vector<TrackPage> tracks;
+  bool solo_keeper = false;  // every soloed track was muted: an empty one keeps the others silent
+  MixCounts counts;
+};
+
+// Decides every value of the project. Finishes the items of `tracks`, which, like `session` and `tables`, must live as
+// long as the result.
+Mix mix_tracks(const Session& session, std::vector<OutputTrack>& tracks, const TrackFacts& facts,
+               const MixTables& tables, MediaFiles& media, const ConversionOptions& options);
+
+}  // namespace frt

@@ -1,0 +1,254 @@
+#include "mix/track_page.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "base/decibel.h"
+
+namespace frt {
+namespace {
+
+constexpr std::string_view kModeNames[] = {"Off", "Read", "Touch", "Latch", "Write", "Touch/Latch"};
+constexpr int kCommentsAsItems = 0;
+
+int round_up_to_even(int channels) { return channels + (channels & 1); }
+
+class PageMaker {
+ public:
+  PageMaker(const Clock& clock, const MixTables& tables, const ConversionOptions& options)
+      : clock_(clock), tables_(tables), options_(options) {}
+
+  TrackPage make(const OutputTrack& track, const BoundTrack& bound, std::size_t index) {
+    const MidiTrackState* midi = track.is_midi && !bound.strip ? find_by_key(tables_.midi_states, track) : nullptr;
+    const SurroundPanner* panner = find_by_key(tables_.surround_panners, track);
+    TrackPage page;
+    page.track = &track;
+    page.color = color(track);
+    page.timebase = timebase(track, bound);
+    page.automation_mode = automation_mode(bound, panner);
+    const int side = one_sided(track);
+    decide_volume_and_pan(track, bound, panner, side, page);
+    decide_mute(track, bound, midi, page);
+    page.solo = solo(bound, page.mute);
+    page.solo_safe = bound.row && bound.row->solo_safe == Told01::kYes;
+    page.inverted = has_either_name(tables_.routes.inverted, track);
+    if (index < tables_.folders.places.size()) page.folder = tables_.folders.places[index];
+    if (bound.first_of_row) tell_row(bound, page);
+    for (std::size_t k = 0; k < GroupLinks::kLinks; ++k) {
+      if (const auto* mask = find_by_names(tables_.groups.masks[k], track)) page.groups.masks[k] = *mask;
+    }
+    page.pan_mode = pan_mode(track, bound, panner, side);
+    page.height = bound.row ? std::max(bound.row->row_height, 0) : 0;
+    if (page.height > 0) ++counts_.tracks_with_height;
+    page.channels = channels(track, bound, panner);
+    page.main_send = !tables_.routes.no_main_send.contains(track.key());
+    // Pro Tools plays one playlist a track.
+    page.silenced_take = track.alt_takes || track.orphan_playlist;
+    if (track.orphan_playlist) ++counts_.orphan_playlists;
+    page.envelopes = envelopes(bound, midi, panner, page);
+    if (options_.comments_mode == kCommentsAsItems && bound.row && !bound.row->comment.empty()) {
+      page.comment = bound.row->comment;
+      ++counts_.comment_items;
+    }
+    return page;
+  }
+
+  TrackCounts take_counts() {
+    // A solo in REAPER silences the rest. Where the tracks soloed in Pro Tools were all muted as well, none of them is
+    // written soloed, and an empty track does it for them.
+    counts_.solo_keeper = counts_.soloed_and_muted > 0 && !solo_plays_;
+    return std::move(counts_);
+  }
+
+ private:
+  std::uint32_t color(const OutputTrack& track) {
+    if (options_.no_track_colors) return kDefaultTrackColor;
+    if (const auto* stored = find_by_names(tables_.colors.stored, track)) {
+      ++counts_.colored_tracks;
+      return palette_color(*stored).color;
+    }
+    if (const auto* coded = find_by_names(tables_.colors.coded, track)) {
+      ++counts_.coded_color_tracks;
+      return palette_color(*coded).color;
+    }
+    ++counts_.uncolored_tracks;
+    return kDefaultTrackColor;
+  }
+
+  Timebase timebase(const OutputTrack& track, const BoundTrack& bound) {
+    Timebase timebase = bound.timebase;
+    if (track.is_midi)
+      timebase = has_either_name(tables_.sample_based_midi, track) ? Timebase::kTime : Timebase::kBeats;
+    if (timebase == Timebase::kTime) ++counts_.timebase_time;
+    if (timebase == Timebase::kBeats) ++counts_.timebase_beats;
+    if (timebase == Timebase::kBeatsPosition) ++counts_.timebase_beats_position;
+    return timebase;
+  }
+
+  // Read where the track has automation: in Trim/Read the fader would apply on top of its own envelope. The session's
+  // mode for the track comes first.
+  AutomationMode automation_mode(const BoundTrack& bound, const SurroundPanner* panner) {
+    AutomationMode mode = AutomationMode::kOff;
+    if (const StripRecord* strip = bound.strip) {
+      if (strip->volume_lane.moves() || strip->pan_lane.moves() || (strip->is_stereo() && !panner) ||
+          strip->mute_lane.moves() || strip->trim_lane.moves()) {
+        mode = AutomationMode::kRead;
+        ++counts_.automated_tracks;
+      }
+    }
+    return bound.row && bound.row->automation_mode != AutomationMode::kUntold ? bound.row->automation_mode : mode;
+  }
+
+  // A route goes by the Pro Tools name first.
+  int one_sided(const OutputTrack& track) const {
+    const auto& sides = tables_.routes.one_sided;
+    auto found = track.pt_name.empty() ? sides.end() : sides.find(track.pt_name);
+    if (found == sides.end()) found = sides.find(track.name);
+    return found == sides.end() ? 0 : found->second;
+  }
+
+  void decide_volume_and_pan(const OutputTrack& track, const BoundTrack& bound, const SurroundPanner* panner,
+                             int one_sided, TrackPage& page) {
+    page.pan = track.forced_pan;
+    if (const StripRecord* strip = bound.strip) {
+      page.volume = gain_of_db(strip->fader_db);
+      const double left = strip->pan, right = strip->second_pan;
+      if (!track.is_leg()) {
+        const double pan = strip->is_stereo() ? (left + right) / 2.0 : left;
+        page.pan = panner ? 0.0 : std::clamp(pan / 100.0, -1.0, 1.0);
+      }
+      if (strip->volume_lane.moves()) {
+        page.volume = 1.0;  // the envelope alone carries the level
+        ++counts_.faders_at_unity;
+      }
+      if (strip->pan_lane.moves()) page.pan = 0.0;
+      if (strip->is_stereo()) {
+        // In mode Off the envelopes are written inactive, and the resting pans hold.
+        const bool envelopes_off = bound.first_of_row && bound.row->automation_mode == AutomationMode::kOff;
+        if (!strip->dual_pan_moves() || panner || envelopes_off) {
+          page.left_pan = left / 100.0;
+          page.right_pan = right / 100.0;
+        }
+      }
+    }
+    if (const auto* vca = find_by_names(tables_.groups.vca_master_db, track)) page.volume = gain_of_db(*vca);
+    if (one_sided != 0) {
+      page.pan = 0.0;
+      page.left_pan = page.right_pan = one_sided;
+    }
+  }
+
+  void decide_mute(const OutputTrack& track, const BoundTrack& bound, const MidiTrackState* midi, TrackPage& page) {
+    if (bound.strip) {
+      page.mute = bound.strip->muted;
+    } else if (midi) {
+      page.mute = midi->muted;
+      if (midi->muted) ++counts_.midi_tracks_muted;
+      if (midi->other_lanes) ++counts_.midi_other_lanes;
+    }
+    const bool silenced = track.inactive || track.voice_off;
+    if (page.mute && !silenced && tables_.routes.prefader_sources.contains(track.key())) {
+      // Pro Tools plays the pre-fader sends of a muted track, REAPER doesn't.
+      if (bound.strip && (bound.strip->volume_lane.moves() || bound.strip->mute_lane.moves())) {
+        counts_.prefader_kept_muted.push_back(track.name);
+      } else {
+        page.mute = false;
+        page.volume = 0.0;
+        counts_.prefader_faders_down.push_back(track.name);
+      }
+    }
+    if (silenced) page.mute = true;
+  }
+
+  // A soloed track that is muted is silent in Pro Tools; REAPER would play it through its mute.
+  bool solo(const BoundTrack& bound, bool mute) {
+    if (!bound.row || bound.row->solo != Told01::kYes) return false;
+    if (mute) {
+      if (!bound.strip || !bound.strip->mute_lane.moves()) {
+        ++counts_.soloed_and_muted;
+        return false;
+      }
+      ++counts_.soloed_with_mute_points;
+    }
+    solo_plays_ = true;
+    return true;
+  }
+
+  // What a row says of its track is told once, however many tracks bear its name.
+  void tell_row(const BoundTrack& bound, TrackPage& page) {
+    const TrackRow& row = *bound.row;
+    const std::string name(bound.row_name);
+    page.hidden = !row.visible;
+    if (!row.visible) counts_.hidden_tracks.push_back(name);
+    if (row.solo == Told01::kYes) counts_.soloed_tracks.push_back(name);
+    if (row.solo_safe == Told01::kYes) counts_.solo_safe_tracks.push_back(name);
+    if (!row.comment.empty()) counts_.commented_tracks.push_back(name);
+    const AutomationMode mode = row.automation_mode;
+    if (mode == AutomationMode::kOff) counts_.automation_off_tracks.push_back(name);
+    if (mode != AutomationMode::kUntold && mode != AutomationMode::kRead) {
+      ++counts_.tracks_not_in_read;
+      counts_.other_mode_tracks.push_back(" " + name + "=" + std::string(kModeNames[static_cast<int>(mode)]));
+    }
+  }
+
+  PanMode pan_mode(const OutputTrack& track, const BoundTrack& bound, const SurroundPanner* panner,
+                   int one_sided) const {
+    const bool stereo = bound.strip && bound.strip->is_stereo();
+    if ((stereo && !panner) || one_sided != 0 || has_either_name(tables_.folders.basic_folders, track))
+      return PanMode::kDual;
+    return bound.strip && !stereo && !panner && bound.width == 1 ? PanMode::kBalance : PanMode::kDefault;
+  }
+
+  int channels(const OutputTrack& track, const BoundTrack& bound, const SurroundPanner* panner) {
+    const TrackRoutes& routes = tables_.routes;
+    int channels = 2;
+    if (const auto* extra = find_by_key(routes.extra_key_sources, track)) channels = 4 + 2 * *extra;
+    channels = std::max(channels, bound.surround_legs);
+    if (const auto* aux = find_by_key(routes.surround_aux_channels, track)) {
+      channels = std::max(channels, round_up_to_even(*aux));
+      ++counts_.surround_aux_widths;
+    }
+    if (panner) channels = std::max(channels, round_up_to_even(panner->speakers));
+    if (const auto* legs = find_by_key(routes.bus_leg_channels, track)) channels = std::max(channels, *legs);
+    return channels;
+  }
+
+  std::vector<Envelope> envelopes(const BoundTrack& bound, const MidiTrackState* midi, const SurroundPanner* panner,
+                                  const TrackPage& page) {
+    constexpr std::size_t kPannerLanes = 7;
+    EnvelopeState state{true, page.automation_mode == AutomationMode::kRead};
+    if (bound.first_of_row) state.active = bound.row->automation_mode != AutomationMode::kOff;
+    if (bound.strip) {
+      const bool panner_lanes_left = panner && (panner->stereo_source || panner->lanes < kPannerLanes);
+      const bool wide = bound.strip->width == StripWidth::kOther;
+      return strip_envelopes(*bound.strip, {wide, panner != nullptr, panner_lanes_left}, state, clock_,
+                             counts_.envelopes);
+    }
+    std::vector<Envelope> envelopes;
+    if (midi && midi->has_mute_lane) {
+      add_envelope(envelopes, EnvelopeTarget::kMute, midi->mute_lane, state, clock_);
+      ++counts_.midi_mute_lanes;
+    }
+    return envelopes;
+  }
+
+  const Clock& clock_;
+  const MixTables& tables_;
+  const ConversionOptions& options_;
+  TrackCounts counts_;
+  bool solo_plays_ = false;
+};
+
+}  // namespace
+
+TrackPages make_track_pages(const Session& session, const Bound& bound, std::span<const OutputTrack> tracks,
+                            const MixTables& tables, const ConversionOptions& options) {
+  PageMaker maker(session.clock, tables, options);
+  TrackPages made;
+  made.pages.reserve(tracks.size());
+  for (std::size_t i = 0; i < tracks.size(); ++i) made.pages.push_back(maker.make(tracks[i], bound.tracks[i], i));
+  made.counts = maker.take_counts();
+  return made;
+}
+
+}  // namespace frt

@@ -1,0 +1,153 @@
+// One page a written track: every value that its block prints, decided.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <set>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/by_name.h"
+#include "mix/bind.h"
+#include "mix/envelopes.h"
+#include "model/palette.h"
+#include "model/tracks.h"
+#include "run/options.h"
+#include "session/session.h"
+
+namespace frt {
+
+enum class PanMode : std::uint8_t {
+  kDefault,  // the project's
+  kBalance,  // of a mono strip
+  kDual,     // left and right panned apart
+};
+
+// Where a track stands in its folder.
+struct FolderPlace {
+  int kind = 0;   // 0 an ordinary track, 1 a folder's first, 2 the last of one or more folders
+  int depth = 0;  // what the nesting changes by behind it
+};
+
+// Which group fields a track is in: bits of up to 32 groups, by what they link.
+struct GroupLinks {
+  enum Link { kVolume, kMute, kSolo, kAutomationMode, kVcaMaster, kVcaMember, kLinks };
+  std::array<std::uint32_t, kLinks> masks{};
+};
+
+struct TrackPage {
+  const OutputTrack* track = nullptr;  // its name, items and lanes
+
+  std::uint32_t color = kDefaultTrackColor;
+  Timebase timebase = Timebase::kDefault;
+  AutomationMode automation_mode = AutomationMode::kOff;
+  double volume = 1;                             // gain
+  double pan = 0, left_pan = -1, right_pan = 1;  // -1 to 1
+  bool mute = false;
+  bool solo = false;
+  bool solo_safe = false;
+  bool inverted = false;  // polarity
+  FolderPlace folder;
+  bool hidden = false;
+  GroupLinks groups;
+  PanMode pan_mode = PanMode::kDefault;
+  int height = 0;  // pixels, 0 for REAPER's own
+  int channels = 2;
+  bool main_send = true;
+  bool silenced_take = false;  // an alternate: a second line mutes it, whatever its strip says
+  std::vector<Envelope> envelopes;
+  std::string_view comment;  // written as an item of its own; empty for none
+};
+
+struct TrackCounts {
+  int colored_tracks = 0, uncolored_tracks = 0;
+  int coded_color_tracks = 0;  // coloured by the session's colour coding
+  int automated_tracks = 0;    // set to Read
+  int faders_at_unity = 0;     // the envelope alone carries the level
+  EnvelopeCounts envelopes;
+  int timebase_time = 0, timebase_beats = 0, timebase_beats_position = 0;
+  int tracks_with_height = 0;
+  int surround_aux_widths = 0;  // auxes as wide as the surround bus they take
+  // Muted tracks that feed a pre-fader send: faders down instead of muted, and those that stay muted.
+  std::vector<std::string> prefader_faders_down, prefader_kept_muted;
+  int midi_tracks_muted = 0, midi_mute_lanes = 0, midi_other_lanes = 0;
+  std::vector<std::string> hidden_tracks, soloed_tracks, solo_safe_tracks, commented_tracks, automation_off_tracks;
+  std::vector<std::string> other_mode_tracks;  // " name=Mode", modes other than Read, Off included
+  int tracks_not_in_read = 0;
+  int soloed_and_muted = 0, soloed_with_mute_points = 0;
+  bool solo_keeper = false;
+  int orphan_playlists = 0;  // alternates without a parent, written muted
+  int comment_items = 0;
+};
+
+// ---- tables of passes that are yet to come: empty, as they are until then, each leaves its values at rest ----
+
+using Names = std::set<std::string, std::less<>>;
+
+// Palette indices of tracks.
+struct TrackColors {
+  ByName<std::int32_t> stored;  // set by hand
+  ByName<std::int32_t> coded;   // what the session's colour coding shows
+};
+
+struct TrackGroups {
+  std::array<ByName<std::uint32_t>, GroupLinks::kLinks> masks;
+  ByName<double> vca_master_db;  // the faders of VCA masters
+};
+
+// Names here are track keys.
+struct TrackRoutes {
+  Names no_main_send;                 // no output, or an aux alone takes it
+  ByName<int> one_sided;              // -1 or 1: fed to one channel of a stereo output
+  Names prefader_sources;             // some send of theirs is taken before the fader
+  ByName<int> extra_key_sources;      // tracks keyed by another; how many beyond the first
+  ByName<int> surround_aux_channels;  // auxes that take a surround bus: its width
+  ByName<int> bus_leg_channels;       // channels that a route to single legs of a bus needs
+  Names inverted;                     // polarity switched over
+};
+
+struct FolderTable {
+  std::vector<FolderPlace> places;  // by index in the written list; none: no folder
+  Names basic_folders;              // folders without an audio path
+};
+
+struct SurroundPanner {
+  int speakers = 0;
+  bool stereo_source = false;
+  std::size_t lanes = 0;  // panner lanes of its source
+};
+
+// What the session tells of a MIDI track beside its notes.
+struct MidiTrackState {
+  bool muted = false;
+  bool has_mute_lane = false;
+  bool other_lanes = false;
+  AutomationLane mute_lane;
+};
+
+struct MixTables {
+  TrackColors colors;
+  TrackGroups groups;
+  TrackRoutes routes;
+  FolderTable folders;
+  ByName<SurroundPanner> surround_panners;  // by track key
+  ByName<MidiTrackState> midi_states;       // by track key
+  Names sample_based_midi;
+};
+
+// ---- the pages ----
+
+struct TrackPages {
+  std::vector<TrackPage> pages;  // by written track
+  TrackCounts counts;
+};
+
+// `tracks` and `tables` must live as long as the pages.
+TrackPages make_track_pages(const Session& session, const Bound& bound, std::span<const OutputTrack> tracks,
+                            const MixTables& tables, const ConversionOptions& options);
+
+}  // namespace frt

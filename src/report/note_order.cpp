@@ -1,0 +1,134 @@
+// The whole of what a run says after the project is written, group by group. Whoever tells something new adds a row to
+// its subject in notes/ and a group here only where nothing of its subject prints yet. A heading without groups holds
+// the place of rows whose counts no pass makes yet.
+#include "report/note_order.h"
+
+#include "report/notes/subjects.h"
+
+namespace frt {
+namespace {
+
+using Group = NoteGroup (*)();
+
+constexpr Group kRunNotes[] = {
+    // ---- Result of the run, totals ----
+    notes::read_and_written, notes::blank_line, notes::totals,
+
+    // ---- MIDI controllers and SysEx ----
+
+    // ---- Strips and sends ----
+    notes::strips, notes::sends, notes::midi_tracks, notes::send_settings,
+
+    // ---- Inserts and key inputs ----
+    // Inserts.
+    notes::key_inputs,
+
+    // ---- Automation ----
+    // Send automation.
+    notes::master_fader, notes::automation_points, notes::midi_events, notes::dual_pan,
+    // Plug-in parameter automation.
+    notes::automated_tracks,
+
+    // ---- Tempo ----
+    notes::tempo,
+
+    // ---- Clips ----
+    notes::clips, notes::stand_ins_left_out,
+
+    // ---- Options and colours ----
+    notes::colors,
+
+    // ---- Meter and markers ----
+    notes::meter, notes::markers,
+
+    // ---- Colour schemes ----
+    // Track and clip coding.
+    notes::pan_law, notes::color_theme,
+
+    // ---- Clip gain lines ----
+    notes::gain_lines,
+
+    // ---- Groups ----
+    // Mix, VCA and edit groups.
+    notes::further_masters,
+
+    // ---- Track state ----
+    notes::track_state,
+    // MIDI faders, Real-Time Properties, instruments on other tracks.
+    notes::automation_modes,
+    // Patches.
+    notes::orphan_playlists, notes::comments,
+
+    // ---- Trim and polarity ----
+
+    // ---- Wide tracks, solo ----
+    notes::surround_folds, notes::soloed_and_muted,
+
+    // ---- Folders ----
+
+    // ---- Clip Effects and Melodyne ----
+
+    // ---- Stand-ins ----
+
+    // ---- Timebase ----
+    notes::item_timebase,
+
+    // ---- Real-Time Properties ----
+
+    // ---- Recording format and timecode ----
+    notes::recording_format, notes::timecode,
+
+    // ---- CLAP builds ----
+
+    // ---- Surround buses and panners ----
+    notes::surround_buses,
+
+    // ---- Locks and grid ----
+    notes::clip_locks, notes::grid,
+    // MIDI clips on sample-based tracks.
+
+    // ---- Video ----
+
+    // ---- Group checks, hardware inserts ----
+
+    // ---- Timebase of tracks ----
+    notes::track_timebase, notes::sync_points,
+
+    // ---- Clip groups, stretched clips ----
+
+    // ---- Folding ----
+    notes::folded_tracks,
+    // Tracks fed to one side of a stereo output.
+    notes::wide_strips, notes::fixed_lanes,
+
+    // ---- Selection and order ----
+    notes::selection, notes::freeze_records, notes::silenced_tracks, notes::track_names,
+
+    // ---- Overlaps ----
+
+    // ---- Fades, deleted placements, alternates ----
+    notes::fades, notes::set_aside,
+    // Renamed tracks.
+    notes::blank_line,
+
+    // ---- Plug-ins ----
+};
+
+constexpr Group kMediaNotes[] = {
+    notes::media_files,
+};
+
+constexpr Group kClosingNotes[] = {
+    notes::long_clips,
+    notes::recording_format_left,
+    notes::media_folder,
+    notes::privacy,
+};
+
+}  // namespace
+
+NoteOrder run_note_order() { return kRunNotes; }
+NoteOrder media_note_order() { return kMediaNotes; }
+NoteOrder closing_note_order() { return kClosingNotes; }
+
+}  // namespace frt

@@ -1,0 +1,96 @@
+// Every group of note rows, by the file of its subject. A row stands in the group of its subject, in its printing
+// order there; note_order.cpp says in which order the groups print.
+#pragma once
+
+#include "report/note_row.h"
+
+namespace frt::notes {
+
+// automation.cpp
+NoteGroup automation_points();
+NoteGroup dual_pan();
+NoteGroup automated_tracks();
+NoteGroup automation_modes();
+
+// clips.cpp
+NoteGroup clips();
+NoteGroup gain_lines();
+NoteGroup clip_locks();
+NoteGroup sync_points();
+NoteGroup fades();
+
+// colours.cpp
+NoteGroup colors();
+NoteGroup color_theme();
+
+// folding.cpp
+NoteGroup orphan_playlists();
+NoteGroup folded_tracks();
+NoteGroup fixed_lanes();
+NoteGroup set_aside();
+
+// freeze.cpp
+NoteGroup freeze_records();
+
+// markers.cpp
+NoteGroup markers();
+
+// media.cpp
+NoteGroup media_files();
+NoteGroup long_clips();
+NoteGroup media_folder();
+
+// midi.cpp
+NoteGroup midi_tracks();
+NoteGroup midi_events();
+
+// mixer.cpp
+NoteGroup strips();
+NoteGroup master_fader();
+NoteGroup further_masters();
+
+// privacy.cpp
+NoteGroup privacy();
+
+// result.cpp
+NoteGroup read_and_written();
+NoteGroup blank_line();
+NoteGroup totals();
+
+// routing.cpp
+NoteGroup sends();
+NoteGroup send_settings();
+NoteGroup key_inputs();
+
+// settings.cpp
+NoteGroup pan_law();
+NoteGroup recording_format();
+NoteGroup timecode();
+NoteGroup grid();
+NoteGroup recording_format_left();
+
+// stand_ins.cpp
+NoteGroup stand_ins_left_out();
+
+// surround.cpp
+NoteGroup surround_folds();
+NoteGroup surround_buses();
+NoteGroup wide_strips();
+
+// tempo.cpp
+NoteGroup tempo();
+NoteGroup meter();
+
+// timebase.cpp
+NoteGroup item_timebase();
+NoteGroup track_timebase();
+
+// tracks.cpp
+NoteGroup track_state();
+NoteGroup comments();
+NoteGroup soloed_and_muted();
+NoteGroup selection();
+NoteGroup silenced_tracks();
+NoteGroup track_names();
+
+}  // namespace frt::notes

@@ -1,0 +1,39 @@
+#include "report/told.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+
+#include "session/mixer/lanes.h"
+
+namespace frt {
+
+Told::Told(const ConversionOptions& its_options, const Session& its_session, const Problem& its_problem)
+    : options(its_options),
+      session(its_session),
+      problem(its_problem),
+      wide_strips(strips_of_unknown_width(its_session.mixer.strips)) {}
+
+int Told::strips_with_mixer_data() const {
+  const std::vector<StripRecord>& strips = session.mixer.strips;
+  return static_cast<int>(
+      std::count_if(strips.begin(), strips.end(), [](const StripRecord& strip) { return strip.has_mixer_data; }));
+}
+
+DualPanCounts Told::dual_pan() const {
+  DualPanCounts counts;
+  for (const StripRecord& strip : session.mixer.strips) {
+    if (!strip.has_mixer_data || !strip.dual_pan_moves()) continue;
+    counts.points += static_cast<int>(strip.dual_left_lane.points.size() + strip.right_pan_lane.points.size());
+    ++counts.tracks;
+  }
+  return counts;
+}
+
+double Told::longest_file_minutes() const {
+  std::int64_t longest = 0;
+  for (const std::int64_t length : session.media.lengths) longest = std::max(longest, length);
+  return static_cast<double>(longest) / (60.0 * session.clock.rate);
+}
+
+}  // namespace frt

@@ -1,0 +1,76 @@
+// What a run tells: everything that the notes, the report and the usage summary print comes from here, so that they
+// can't differ. Each pass gives its counts with its result; the run gathers them.
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "mix/header_page.h"
+#include "mix/media_files.h"
+#include "mix/mix.h"
+#include "model/clips/shape_clips.h"
+#include "model/tracks/folding.h"
+#include "model/tracks/order.h"
+#include "report/plugin_tables.h"
+#include "run/options.h"
+#include "run/problem.h"
+#include "session/session.h"
+
+namespace frt {
+
+struct DualPanCounts {
+  int points = 0;
+  int tracks = 0;  // that have any
+};
+
+struct Told {
+  // The session's mixer must be read by then.
+  Told(const ConversionOptions& its_options, const Session& its_session, const Problem& its_problem);
+
+  const ConversionOptions& options;
+  const Session& session;  // its clips have moved on to the items
+  const Problem& problem;
+
+  std::vector<std::string> wide_strips;  // "name (5 control slots)": neither mono nor stereo
+
+  ClipCounts clips;
+  FoldCounts folding;
+  OrderCounts order;
+  MixCounts mix;
+  MediaCounts media;
+  PluginTables plugins;
+  const HeaderPage* header = nullptr;   // as written
+  std::span<const OutputTrack> tracks;  // as written
+
+  std::string output_path;   // the project as written
+  std::string media_folder;  // without a separator at its end
+
+  // ---- counts of passes that are yet to come: 0 at rest ----
+  int sends_written = 0, return_tracks = 0;
+  int midi_notes = 0;
+  int muted_midi_events = 0;      // kept but muted
+  int unmuted_midi_events = 0;    // outside a clip's boundary, unmuted under --keep-inaudible-midi
+  int notes_past_clip_edges = 0;  // cut under --truncate-midi-to-clip, else their items were lengthened
+  int stretched_clips = 0, stretched_from_session = 0;
+  int frozen_tracks_delivered = 0;  // under --keep-frozen
+  int stand_ins_left_out = 0;       // Avid plug-ins left in their slot under their Pro Tools name
+  int one_sided_trims_lost = 0;     // tracks whose one-sided Trim polarity was left out
+
+  // ---- what several counts or tables tell together ----
+  int tracks_written() const { return static_cast<int>(tracks.size()); }
+  int lanes() const { return folding.lanes + order.homeless_lanes; }
+  int faders_at_unity() const { return mix.tracks.faders_at_unity + mix.header.faders_at_unity; }
+  int strips_with_mixer_data() const;
+  int strip_table_size() const { return static_cast<int>(session.mixer.table.names.size()); }
+  DualPanCounts dual_pan() const;
+  double longest_file_minutes() const;
+
+  // ---- what the project's header holds; nothing where REAPER's own setting is left ----
+  std::optional<int> recording_depth() const { return header ? header->wav_depth : std::nullopt; }
+  std::optional<TimecodePage> timecode() const { return header ? header->timecode : std::nullopt; }
+  std::optional<double> grid_quarters() const { return header ? header->grid_quarters : std::nullopt; }
+};
+
+}  // namespace frt

@@ -1,0 +1,48 @@
+// Everything that the session tells of its mixer strips and of the order in which its tracks stand.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <string_view>
+#include <vector>
+
+#include "base/by_name.h"
+#include "image/blocks.h"
+#include "image/skips.h"
+#include "session/mixer/master.h"
+#include "session/mixer/mixer_tables.h"
+#include "session/mixer/strip_rows.h"
+
+namespace frt {
+
+struct Mixer {
+  std::vector<StripRow> rows;  // one per strip, in file order
+  bool names_aligned = false;  // the track table's names line up with the rows
+
+  StripTable table;                 // the strips' names in mixer order
+  std::vector<StripRecord> strips;  // by place in the table: levels, sends, lanes
+  std::vector<std::string_view> bus_names;
+  MasterStrip master;
+
+  // By row.
+  std::vector<TrackRow> track_rows;
+  std::vector<MidiStripSetup> midi_setups;
+  std::vector<RealTimeProperties> midi_properties;
+
+  std::map<std::uint16_t, std::string_view> key_buses;  // bus name by key input id
+};
+
+struct TrackList {
+  std::vector<DisplayRow> display_rows;           // the edit window's rows, top to bottom
+  std::vector<std::string_view> inactive_names;   // tracks that the track table marks as inactive
+  std::vector<std::string_view> voice_off_names;  // tracks whose voice is off
+  ByName<std::size_t> playlist_owners;            // playlist name -> index of the strip that holds it
+};
+
+// `placement_names` are the track names of all placements.
+Mixer read_mixer(const SessionImage& image, const std::vector<std::string_view>& placement_names,
+                 const std::vector<DisplayRow>& display_rows);
+TrackList read_track_list(const SessionImage& image, const Mixer& mixer, std::vector<DisplayRow> display_rows);
+
+}  // namespace frt

@@ -1,0 +1,116 @@
+// The session's mixer and track list as plain records.
+//
+// Texts are views into the session image, which outlives every table. Positions of automation are as stored: samples,
+// or ticks (1/960000 of a quarter note).
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "session/strip_kind.h"
+
+namespace frt {
+
+struct StripRow {
+  std::uint64_t start = 0, end = 0;  // the block's place in the image
+  StripKind kind = StripKind::kAudio;
+  std::string_view original_name;
+  std::string_view current_name;  // the track table's name where the names line up
+  bool row_active = true;
+  // The row's name block holds a text of length 0 (its current name is then its name).
+  bool name_block_empty = false;
+  bool has_name_block = false;
+
+  // The current name, or the original one if that is empty.
+  std::string_view label() const { return current_name.empty() ? original_name : current_name; }
+};
+
+// Points of one automation lane in Pro Tools' units.
+struct AutomationLane {
+  std::vector<std::pair<double, double>> points;  // position, value
+  double initial = 0;
+  bool in_ticks = false;
+
+  bool moves() const { return !points.empty(); }
+};
+
+struct SendRecord {
+  std::string_view bus;
+  double level_db = 0;
+  bool active = true;
+};
+
+// What a strip's number of lanes says of its width.
+enum class StripWidth : std::uint8_t { kUntold, kMono, kStereo, kOther };
+
+// One strip of the session's track table, by index.
+struct StripRecord {
+  std::string_view name;
+  double fader_db = 0;
+  std::int32_t pan = 0;         // -100 to 100
+  std::int32_t second_pan = 0;  // the right pan of a stereo strip
+  bool muted = false;
+  bool has_mixer_data = false;
+  std::vector<SendRecord> sends;
+  std::uint64_t record_position = 0;  // of the level record's value, 0 if none
+  // Filled from the strip's automation lanes. Volume and trim count tenths of a dB, mute 1 for muted, pan -100 to 100.
+  std::uint32_t lane_count = 0;
+  StripWidth width = StripWidth::kUntold;
+  std::int32_t dual_pan = 0;  // 0: a stereo strip's sides rest hard left and right; else they are panned apart
+  AutomationLane volume_lane, mute_lane, pan_lane, trim_lane, right_pan_lane, dual_left_lane;
+  bool has_panner_level = false;
+  AutomationLane panner_level_lane;  // a surround panner's level
+  // A surround panner's lanes, one list a side: 7 lanes or none.
+  std::vector<AutomationLane> panner_lanes[2];
+
+  bool is_stereo() const { return width == StripWidth::kStereo; }
+  bool dual_pan_moves() const { return dual_pan != 0 && (dual_left_lane.moves() || right_pan_lane.moves()); }
+};
+
+enum class AutomationMode : std::int8_t { kUntold = -1, kOff, kRead, kTouch, kLatch, kWrite, kTouchLatch };
+
+// A yes or no that a session may not tell.
+enum class Told01 : std::int8_t { kUntold = -1, kNo, kYes };
+
+struct TrackRow {
+  bool visible = true;
+  int row_height = 0;  // pixels
+  int display_position = 0;
+  Told01 solo = Told01::kUntold;
+  Told01 solo_safe = Told01::kUntold;
+  AutomationMode automation_mode = AutomationMode::kUntold;
+  std::string_view comment;
+};
+
+// One row of the edit window.
+struct DisplayRow {
+  static constexpr std::uint16_t kBasicFolder = 11;  // a row type
+
+  std::string_view name;
+  std::uint16_t row_type = 0;
+  std::uint8_t width = 0;
+  bool has_track = false;
+  std::uint64_t display_id = 0;
+};
+
+struct MidiStripSetup {
+  int cc7 = -1;   // fader value, -1 for none
+  int cc10 = -1;  // pan value
+  int program = -1;
+};
+
+// MIDI Real-Time Properties of Pro Tools.
+struct RealTimeProperties {
+  bool quantize_on = false, duration_on = false, delay_on = false, velocity_on = false, transpose_on = false;
+  int delay_ticks = 0;  // 960 to the quarter note
+  int velocity_percent = 100;
+  int velocity_offset = 0;
+  int octaves = 0;
+  int semitones = 0;
+
+  bool any_on() const { return quantize_on || duration_on || delay_on || velocity_on || transpose_on; }
+};
+
+}  // namespace frt
