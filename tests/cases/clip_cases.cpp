@@ -10,7 +10,7 @@ void studio(Scene& s) {
   const AudioFile gtr = s.stereo_file("Gtr", 480000), vox = s.audio_file("Vox.wav", 480000, "Takes");
   s.file("Audio Files/Gtr.L.wav").file("Audio Files/Gtr.R.wav").file("Takes/Vox.wav");
 
-  Track& guitar = s.stereo_track("Gtr").fader_db(-3.5).height(60).comment("double it");
+  Track& guitar = s.stereo_track("Gtr").fader_db(-3.5).height(60).comment("double it\nat the octave");
   guitar.clip(gtr).name("Gtr-01").at(48000).length(48000).fade_in(480).gain_db(-2).locked();
   guitar.clip(gtr).name("Gtr-02").at(96000).length(48000).offset(100000).fade_out(960, FadeShape::kSCurve);
   guitar.crossfade(96000, 1000, 400, FadeShape::kEqualPower);
@@ -70,8 +70,8 @@ void folders(Scene& s) {
   for (const char* name : {"Moved.wav", "Both.wav"}) s.audio_file(name, 1000, "Takes");
   const AudioFile mix = s.audio_file("Mix.wav", 1000, "Mixes"), gone = s.audio_file("Gone.wav", 1000);
   s.audio_file("Bounce.wav", 1000);
-  for (int i = 2; i < 7; ++i) s.audio_file("Gone too, in the end " + std::to_string(i) + ".wav", 1000);
-  s.audio_file("Gone and of a name too long for the console's list, at which it is cut.wav", 1000);
+  s.audio_file("Gone and of a name too long for the console's list, which cuts it.wav", 1000);
+  for (int i = 3; i < 8; ++i) s.audio_file("Gone " + std::to_string(i) + ".wav", 1000);
   s.file("Stems/Mix.wav").file("Mixes/Mix.wav").file("Takes/Vox.wav").file("Bounced Files/Bounce.wav");
   s.file("Rendered Files/Moved.wav")
       .file("Bounced Files/Moved.wav")

@@ -55,7 +55,7 @@ std::vector<Case> header_cases() {
          s.tempo_event(24 * kQuarter, 100).marker("After", 24 * kQuarter).ticks();
        }},
       {"meter_changes",
-       {"Song.ptx"},
+       {"Song.ptx", "--report"},
        [](Scene& s) {
          s.meter(0, 1, 4, 4).recording(20, false, 3, 5);
          for (unsigned bar = 1; bar < 10; ++bar) s.meter(bar * 4 * kQuarter, bar + 1, 4, 4);
@@ -69,6 +69,7 @@ std::vector<Case> header_cases() {
          s.marker("Set", 96000).color(51);
          s.marker("None", 0).kind = 0;
          s.region("Part \"1\"", 2 * kQuarter, 4 * kQuarter).ticks();
+         s.region("No length", 192000, 192000);
        }},
 
       // The layouts of the years, and the theme that Pro Tools draws in from 2020.11 on.

@@ -52,12 +52,13 @@ void sends(Scene& s) {
 std::vector<Case> mixer_cases() {
   return {
       {"track_states", {"Song.ptx", "--comments", "item"}, states},
-      {"kinds_of_strips", {"Song.ptx", "--comments", "none"}, kinds},
+      {"kinds_of_strips", {"Song.ptx", "--comments", "none", "--report"}, kinds},
       {"automation", {"Song.ptx", "--comments", "item"}, automation},
       {"list",
        {"Song.ptx", "--list", "--usage-json", "usage.json"},
        [](Scene& s) {
          sends(s);
+         s.aux("Echo");
          const AudioFile file = s.audio_file("Gtr.wav", 1000);
          Track& guitar = s.track("Gtr");
          guitar.clip(file);

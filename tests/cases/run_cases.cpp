@@ -31,7 +31,7 @@ void for_a_report(Scene& s) {
   s.saved_by("Pro Tools", "2023.6.0").timecode(5, 1800).recording(32, true, 3, 2).tempo_event(8 * kQuarter, 100);
   s.track("Amb", 6).clip(s.audio_file("Amb.wav", 96000));
   s.track("Vox").solo().mute().playlist("Vox.01").clip(s.audio_file("Vox.wav", 96000));
-  s.aux("Verb");
+  s.aux("Verb, the long one, from the hall upstairs");
   s.master("Master 1");
 }
 
@@ -40,10 +40,10 @@ void for_a_report(Scene& s) {
 std::vector<Case> run_cases() {
   return {
       {"help", {"--help"}},
-      {"version", {"nowhere.ptx", "--version", "--bogus"}},
-      {"learn", {"--learn", "chain.RfxChain", "AbcdEfgh"}},
+      {"version", {"nowhere.ptx", "--pause", "--version", "--bogus"}},
+      {"learn", {"--learn", "chain.RfxChain", "AbcdEfgh", "--pause"}},
       {"unknown_option", {"Song.ptx", "--pause", "--bogus"}, one_clip},
-      {"no_session", {"--check"}},
+      {"no_session", {"--check", "", "--pause"}},
       {"check",
        {"Song.ptx", "--check", "--report", "--usage-json", "usage.json"},
        [](Scene& s) {
