@@ -26,15 +26,16 @@ void kinds(Scene& s) {
   s.master("Master 2");
 }
 
-// A track with all that one can have, a stereo one of which a single side moves, one at rest, one in ticks.
+// A track with all that one can have, a stereo one of which a single side moves, one at rest, a wide one, one in ticks.
 void automation(Scene& s) {
   const AudioFile file = s.audio_file("Lead.wav", 48000);
   s.file("Audio Files/Lead.wav");
-  Track& lead = s.track("Lead").fader_db(-6).volume_points({{0, -6}, {48000, 0}}).trim_points({{96000, -3}});
+  Track& lead = s.track("Lead").fader_db(-6).pan(20).volume_points({{0, -6}, {48000, 0}}).trim_points({{96000, -3}});
   lead.pan_points({{24000, -50}, {72000, 50}}).mute_points({{24000, 1}, {72000, 0}}).comment("sing\n>");
   lead.playlist("Lead.01").clip(file);
   s.stereo_track("Pads").pan_points({{0, -100}, {96000, -20}});
   s.stereo_track("Strings").pan(-30, 60);
+  s.track("Amb", 6).fader_db(-2).volume_points({{0, -2}, {48000, 0}}).trim_points({{48000, -6}, {96000, 0}});
   s.track("Steps").tick_based().volume_points({{kQuarter, -3}, {2 * kQuarter, 0}});
 }
 
