@@ -26,7 +26,8 @@ void studio(Scene& s) {
   s.region("Solo", 96000, 192000);
 }
 
-// Playlists beside the one that plays, what was deleted from either, and what Pro Tools keeps of a frozen track.
+// Playlists beside the one that plays, what was deleted from either, a clip group, and what Pro Tools keeps of a frozen
+// track.
 void takes(Scene& s) {
   const AudioFile gtr = s.stereo_file("Gtr", 96000), vox = s.audio_file("Vox.wav", 96000);
   s.file("Audio Files/Gtr.L.wav").file("Audio Files/Gtr.R.wav").file("Audio Files/Vox.wav");
@@ -35,6 +36,7 @@ void takes(Scene& s) {
   guitar.clip(gtr).name("Gtr-02").at(144000).length(24000).deleted();
   Track& voice = s.track("Vox");
   voice.clip(vox);
+  voice.clip(vox).name("Group").at(192000).group();
   Playlist& second = voice.playlist("Vox.01");
   second.clip(vox).name("Vox-02").length(48000);
   second.clip(vox).name("Vox-03").at(144000).deleted();

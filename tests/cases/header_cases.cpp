@@ -30,7 +30,7 @@ void beats(Scene& s) {
 void any_year(Scene& s) {
   const AudioFile file = s.audio_file("Vox.wav", 48000);
   Track& track = s.track("Vox").fader_db(-6).renamed_from("Audio 1");
-  track.clip(file).name("Vox-01").at(48000).sync(4800).gain_db(-3);
+  track.clip(file).name("Vox-01").at(48000).sync(4800).gain_db(-3).fade_in(480);
   track.playlist("Audio 1.01").clip(file).name("Vox-02").at(96000).length(24000);
   s.file("Audio Files/Vox.wav");
 }
@@ -46,6 +46,8 @@ std::vector<Case> header_cases() {
        [](Scene& s) {
          s.song_start(48000).tempo_event(4 * kQuarter, 60);
          beats(s);
+         s.track("Pickup").tick_based().clip(s.audio_file("Pickup.wav", 24000)).at(0 - kQuarter);
+         s.file("Audio Files/Pickup.wav");
        }},
       {"tempo_ramp",
        {"Song.ptx", "--tempo-ramps"},
@@ -86,7 +88,7 @@ std::vector<Case> header_cases() {
       {"saved_by_2020_10",
        {"Song.ptx", "--pt-theme", "classic"},
        [](Scene& s) {
-         s.layout.playlist_ordinals = false;
+         s.layout.playlist_ordinals = s.layout.fade_kind = false;
          s.layout.row_entry = 61;
          s.saved_by("Pro Tools", "2020.10.0").key(0xC3);
          any_year(s);

@@ -434,8 +434,8 @@ void SessionBuilder::write_placements(BlockWriter& w, const Tables& tables) cons
         const Clip* clip = entry.clip;
         w.open(0x1050, 2).open(0x104f, 10);
         w.u8(clip != nullptr && clip->is_muted).u8(clip != nullptr && clip->time_lock).u32(entry.index).u8(0);
-        w.u40(entry.position + bias).zeros(3).u8(clip != nullptr ? clip->entry_kind : 1);
-        w.i16(clip != nullptr ? clip->palette_color : -2).zeros(4).fill(8, 0xff);
+        w.u40(entry.position + bias).zeros(3).u8(clip != nullptr ? clip->entry_kind : layout.fade_kind ? 1 : 3);
+        w.i16(clip != nullptr ? clip->palette_color : -2).u8(clip != nullptr && clip->is_group).zeros(3).fill(8, 0xff);
         w.u8(clip != nullptr && clip->edit_lock).zeros(4).close();
         w.u8(clip == nullptr || clip->is_deleted).u8(1).close();  // 0: a clip that plays
       }

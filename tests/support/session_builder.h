@@ -50,7 +50,7 @@ struct Clip {
   std::vector<std::pair<std::uint32_t, double>> gain;  // source sample, dB
   int palette_color = -2;
   unsigned entry_kind = 3;
-  bool is_muted = false, is_deleted = false, edit_lock = false, time_lock = false;
+  bool is_muted = false, is_deleted = false, is_group = false, edit_lock = false, time_lock = false;
 
   Clip& name(std::string value) { return clip_name = std::move(value), *this; }
   Clip& at(std::uint64_t position) { return start = position, *this; }
@@ -69,6 +69,8 @@ struct Clip {
   Clip& time_locked() { return time_lock = true, *this; }
   Clip& over_next() { return entry_kind = 1, *this; }
   Clip& over_previous() { return entry_kind = 2, *this; }
+  // Stands for the clip group of its number.
+  Clip& group() { return is_group = true, *this; }
   // Still in the playlist's list, no longer on the track.
   Clip& deleted() { return is_deleted = true, *this; }
 };
@@ -172,6 +174,7 @@ struct Layout {
   bool playlist_ordinals = true;  // a strip lists its playlists by number, else by id
   bool old_clip_list = false;     // the older codes of the clip list and its entries
   bool old_placements = false;    // the older placement lists, in which a clip bears its own position
+  bool fade_kind = true;          // a fade's entry says that it is one, else its place on a clip's edge tells it
   bool file_kinds = true;         // the file list says what is a file and what a folder
   bool settings_paths = true;     // the session settings hold a list of path names
   bool tempo_signature = true;    // the first tempo record bears the fixed bytes
