@@ -71,7 +71,7 @@ std::vector<Case> run_cases() {
        }},
       {"convert_twice", {"Song.ptx", "--convert-twice", "-o", "out.rpp"}, [](Scene& s) { s.track("Vox"); }},
       {"convert_twice_without_name", {"Song.ptx", "--convert-twice"}, [](Scene& s) { s.track("Vox"); }},
-      {"onto_itself", {"Song.ptx", "-o", "Song.ptx", "--overwrite"}, one_clip},
+      {"onto_itself", {"Song.ptx", "-o", "./Song.ptx", "--overwrite"}, one_clip},
       {"full_disc", {"Song.ptx", "-o", "/dev/full", "--overwrite", "--usage-json", "usage.json"}, one_clip},
 
       // Sessions that are refused, or told to be damaged.
