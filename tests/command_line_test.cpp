@@ -160,7 +160,7 @@ TEST(EntryTest, VersionAndHelp) {
 
   const ProcessResult help = ferrite({"--help"});
   EXPECT_EQ(help.status, 0);
-  EXPECT_EQ(help.out, test::read_text(std::string(FERRITE_GOLDEN) + "/help.txt"));
+  EXPECT_EQ(help.out, test::read_text(std::string(FERRITE_CASES) + "/help/console.txt"));
   EXPECT_EQ(help.err, "");
 }
 

@@ -6,6 +6,8 @@
 #include <chrono>
 #include <clocale>
 
+#include "run/conversion.h"
+#include "run/text_output.h"
 #include "support/check_run.h"
 #include "support/convert.h"
 #include "support/process.h"
@@ -139,6 +141,23 @@ TEST(Determinism, TwoRunsInOneProcessGiveTheSameBytes) {
   EXPECT_EQ(first.status, 0);
   EXPECT_EQ(first.project, second.project);
   EXPECT_EQ(first.console, second.console);
+}
+
+// What a run tells stays with it, also when the next one has nobody to tell.
+TEST(Determinism, ALaterRunAddsNothingToTheTextOfAnEarlierOne) {
+  const TempFolder folder;
+  ConversionOptions options;
+  options.session_path = folder.put("Song.ptx", small_session().file_bytes());
+  options.check_only = true;
+  NullSink silent;
+  FrtSink* const sink_before = std::exchange(text_sink, &silent);
+  ConversionResult earlier;
+  run_conversion(options, &earlier, nullptr);
+  const std::string text = earlier.console_text;
+  run_conversion(options, nullptr, nullptr);
+  text_sink = sink_before;
+  EXPECT_NE(text, "");
+  EXPECT_EQ(earlier.console_text, text);
 }
 
 TEST(Determinism, LocaleTimeZoneAndWorkingDirectoryDoNotMatter) {

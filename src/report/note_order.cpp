@@ -36,7 +36,9 @@ constexpr Group kRunNotes[] = {
     notes::clips, notes::stand_ins_left_out,
 
     // ---- Options and colours ----
-    notes::colors,
+    notes::color_options,
+    // Plug-in builds chosen: --prefer-vst2, Kontakt.
+    notes::track_colors,
 
     // ---- Meter and markers ----
     notes::meter, notes::markers,

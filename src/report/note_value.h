@@ -30,22 +30,18 @@ inline auto parts_of(const Told& told) {
                   told.media);
 }
 
-// Reads a member of one of these structs; of Told also its functions. Lists of names are not copied.
-template <typename T, typename Part, T Part::*Member>
-auto read_member(const Told& told) -> decltype(auto) {
-  const Part& part = std::get<const Part&>(parts_of(told));
-  using Given = std::remove_cvref_t<std::invoke_result_t<decltype(Member), const Part&>>;
-  using Read = std::conditional_t<std::is_same_v<Given, NameVector>, const Given&, Given>;
-  return static_cast<Read>(std::invoke(Member, part));
-}
+// in<&Part::member>: the function that reads that member, of Told also one of its functions. Lists of names are not
+// copied.
 template <auto Member>
 struct MemberReader;
 template <typename T, typename Part, T Part::*Member>
 struct MemberReader<Member> {
-  static constexpr auto kRead = &read_member<T, Part, Member>;
+  using Given = std::remove_cvref_t<std::invoke_result_t<decltype(Member), const Part&>>;
+  using Result = std::conditional_t<std::is_same_v<Given, NameVector>, const Given&, Given>;
+  static Result read(const Told& told) { return std::invoke(Member, std::get<const Part&>(parts_of(told))); }
 };
 template <auto Member>
-inline constexpr auto in = MemberReader<Member>::kRead;
+inline constexpr auto in = &MemberReader<Member>::read;
 
 // One value of a text; what its source gives says for which conversions it may stand.
 class Value {

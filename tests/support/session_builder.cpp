@@ -40,10 +40,19 @@ struct FadeKey {
   auto operator<=>(const FadeKey&) const = default;
 };
 
-// A lane without points, at rest at `initial`.
-void write_lane(BlockWriter& w, int initial) {
-  w.u8(1).open(0x260a).bytes({1, 0x46, 1, 0, 20, 0, 0, 0, 0, 0, 1, 0, 0, 0, 2, 0});
-  w.u16(0).zeros(5).zeros(3).i16(initial).zeros(2).close();
+// What a lane counts: volume and trim in tenths of a dB, mute and pan as they are.
+enum class Unit { kTenths = 10, kWhole = 1 };
+
+// A lane at rest at `initial`, or moving.
+void write_lane(BlockWriter& w, int initial, const Automation& points = {}, Unit unit = Unit::kWhole,
+                bool in_ticks = false) {
+  const auto count = static_cast<std::uint32_t>(points.size());
+  w.u8(1).open(0x260a).bytes({1, 0x46, 1, 0}).u32(20 + 6 * count).bytes({0, 0, 1, 0, 0, 0, 2, 0});
+  w.u16(count).u8(in_ticks && count > 0).zeros(4).zeros(3).i16(initial);
+  for (const auto& [position, value] : points) {
+    w.u32(position).i16(static_cast<int>(std::lround(value * static_cast<int>(unit))));
+  }
+  w.zeros(2).close();
 }
 
 }  // namespace
@@ -254,7 +263,7 @@ void SessionBuilder::write_head(BlockWriter& w) const {
 // Every track by name, in a plain run and as blocks; the blocks stand twice.
 void SessionBuilder::write_track_table(BlockWriter& w) const {
   // By TrackKind.
-  static constexpr std::uint16_t kTypes[] = {0, 2, 5, 6, 1, 7, 8};
+  static constexpr std::uint16_t kTypes[] = {0, 2, 5, 6, 1, 7, 8, 11};
   const auto count = static_cast<std::uint32_t>(tracks_.size());
   w.open(0x2519, 7).u32(1).zeros(6).u32(1).u16(3).u32(count);
   for (std::size_t t = 0; t < tracks_.size(); ++t) {
@@ -290,31 +299,38 @@ void SessionBuilder::write_settings(BlockWriter& w) const {
 }
 
 void SessionBuilder::write_files(BlockWriter& w) const {
-  std::vector<std::string> folders;
-  for (const FileEntry& file : files_) {
-    if (std::find(folders.begin(), folders.end(), file.folder) == folders.end()) folders.push_back(file.folder);
-  }
-  const auto entries = static_cast<std::uint32_t>(files_.size() + folders.size());
-  const auto kind_byte = [&](unsigned kind) { return layout.file_kinds ? kind : 0x40U; };
+  const std::size_t first_end = std::min(files_.size(), first_of_second_list_);
   w.open(0x1004, 2).u32(static_cast<std::uint32_t>(files_.size()));
-  w.open(0x103a).u32(entries + 1);
-  std::uint32_t number = 0;
-  for (const std::string& folder : folders) {
-    const std::uint32_t parent = number++;
-    w.u8(kind_byte(1)).u32(entries).text(folder).u32(0);
-    for (const FileEntry& file : files_) {
-      if (file.folder != folder) continue;
-      w.u8(kind_byte(2)).u32(parent).text(file.name).raw(file.name.ends_with(".aif") ? "FFIA" : "EVAW");
-      ++number;
-    }
-  }
-  w.u8(kind_byte(0)).u32(UINT32_MAX).text("Disk").u32(0).close();
+  write_file_list(w, 0, first_end, layout.file_kinds);
+  if (first_end < files_.size()) write_file_list(w, first_end, files_.size(), false);
   std::uint32_t file_number = 0;
   for (const FileEntry& file : files_) {
     w.open(0x1003, 7).u32(++file_number);
     w.open(0x1001, 2).u32(rate_).u8(1).u8(bits_).u64(file.samples).zeros(10).close().zeros(8).close();
   }
   w.close();
+}
+
+void SessionBuilder::write_file_list(BlockWriter& w, std::size_t first, std::size_t end, bool kinds) const {
+  std::vector<std::string> folders;
+  for (std::size_t i = first; i < end; ++i) {
+    if (std::find(folders.begin(), folders.end(), files_[i].folder) == folders.end())
+      folders.push_back(files_[i].folder);
+  }
+  const auto entries = static_cast<std::uint32_t>(end - first + folders.size());
+  const auto kind_byte = [&](unsigned kind) { return kinds ? kind : 0x40U; };
+  w.open(0x103a).u32(entries + 1);
+  std::uint32_t number = 0;
+  for (const std::string& folder : folders) {
+    const std::uint32_t parent = number++;
+    w.u8(kind_byte(1)).u32(entries).text(folder).u32(0);
+    for (std::size_t i = first; i < end; ++i) {
+      if (files_[i].folder != folder) continue;
+      w.u8(kind_byte(2)).u32(parent).text(files_[i].name).raw(files_[i].name.ends_with(".aif") ? "FFIA" : "EVAW");
+      ++number;
+    }
+  }
+  w.u8(kind_byte(0)).u32(UINT32_MAX).text("Disk").u32(0).close();
 }
 
 void SessionBuilder::write_timecode(BlockWriter& w) const {
@@ -402,6 +418,9 @@ void SessionBuilder::write_placements(BlockWriter& w, const Tables& tables) cons
       for (const Clip& clip : list.playlist->clips) {
         fade(clip.start, kFadeIn, clip.fade_in_);
         entries.push_back({clip.start + clip.sync_point, static_cast<std::uint32_t>(number), &clip});
+        for (const std::uint64_t start : clip.further_starts) {
+          entries.push_back({start + clip.sync_point, static_cast<std::uint32_t>(number), &clip});
+        }
         fade(end_of(clip, track.in_ticks), kFadeOut, clip.fade_out_);
         number += track.channels;
       }
@@ -415,8 +434,8 @@ void SessionBuilder::write_placements(BlockWriter& w, const Tables& tables) cons
         const Clip* clip = entry.clip;
         w.open(0x1050, 2).open(0x104f, 10);
         w.u8(clip != nullptr && clip->is_muted).u8(clip != nullptr && clip->time_lock).u32(entry.index).u8(0);
-        w.u40(entry.position + bias).zeros(3).u8(clip != nullptr ? clip->entry_kind : 1);
-        w.i16(clip != nullptr ? clip->palette_color : -2).zeros(4).fill(8, 0xff);
+        w.u40(entry.position + bias).zeros(3).u8(clip != nullptr ? clip->entry_kind : layout.fade_kind ? 1 : 3);
+        w.i16(clip != nullptr ? clip->palette_color : -2).u8(clip != nullptr && clip->is_group).zeros(3).fill(8, 0xff);
         w.u8(clip != nullptr && clip->edit_lock).zeros(4).close();
         w.u8(clip == nullptr || clip->is_deleted).u8(1).close();  // 0: a clip that plays
       }
@@ -499,7 +518,9 @@ void SessionBuilder::write_tempo_and_meter(BlockWriter& w) const {
 
 void SessionBuilder::write_rows(BlockWriter& w, const Tables& tables) const {
   w.open(0x2624).u32(static_cast<std::uint32_t>(tracks_.size()));
-  for (std::size_t t = 0; t < tracks_.size(); ++t) write_row(w, tables, t);
+  for (std::size_t t = 0; t < tracks_.size(); ++t) {
+    if (tracks_[t].kind != TrackKind::kBasicFolder) write_row(w, tables, t);
+  }
   w.close();
 }
 
@@ -523,21 +544,37 @@ void SessionBuilder::write_row(BlockWriter& w, const Tables& tables, std::size_t
     }
     w.close();
     if (!has_levels) return;
-    w.open(0x260d, 5).open(0x1029, 13).u8(1).i32(tenths(track.fader)).u32(track.is_muted).u32(0);
-    w.i32(track.left_pan).zeros(24).i32(track.right_pan).zeros(234).close().u16(1);
-    w.open(0x260e, 4).u16(1).u8(1).u8(1).zeros(4);
-    marked_id(w, kOutputId, 2).zeros(16).text("Output 1-2").u8(1).u8(1).fill(8, 0xff).close();
-    write_lane(w, tenths(track.fader));
-    write_lane(w, track.is_muted);
+    const auto level = [&](double db, bool muted, int pan, int right_pan, const std::string& output) {
+      w.open(0x260d, 5).open(0x1029, 13).u8(1).i32(tenths(db)).u32(muted).u32(0);
+      w.i32(pan).zeros(24).i32(right_pan).zeros(234).close().u16(1);
+      w.open(0x260e, 4).u16(1).u8(1).u8(1).zeros(4);
+      marked_id(w, kOutputId, 2).zeros(16).text(output).u8(1).u8(1).fill(8, 0xff).close();
+    };
+    level(track.fader, track.is_muted, track.left_pan, track.right_pan, "Output 1-2");
+    write_lane(w, tenths(track.fader), track.volume, Unit::kTenths, track.in_ticks);
+    write_lane(w, track.is_muted, track.mutes, Unit::kWhole, track.in_ticks);
     for (unsigned side = 0; side < 2; ++side) {
       w.open(0x260c, 2);
       // Wider strips have a panner on either side, of seven lanes each.
       const unsigned lanes = track.channels > 2 ? 7 : side == 0 || track.channels == 2;
-      for (unsigned i = 0; i < lanes; ++i) write_lane(w, i > 0 ? 0 : side == 0 ? track.left_pan : track.right_pan);
+      const Automation &points = side == 0 ? track.pans : track.right_pans, none;
+      for (unsigned i = 0; i < lanes; ++i) {
+        write_lane(w,
+                   i > 0       ? 0
+                   : side == 0 ? track.left_pan
+                               : track.right_pan,
+                   i > 0 ? none : points, Unit::kWhole, track.in_ticks);
+      }
       w.zeros(13).close();
     }
-    write_lane(w, 0);
+    write_lane(w, 0, track.trim, Unit::kTenths, track.in_ticks);
     w.close();
+    for (const Send& send : track.sends) {
+      level(send.db, false, -100, 100, send.bus);
+      w.text(send.bus + ".L").text(send.bus + ".R");
+      write_lane(w, tenths(send.db), send.level, Unit::kTenths, track.in_ticks);
+      w.close();
+    }
   };
   // Who belongs to it, in the edit window: visibility, height, comment, place.
   const auto track_data = [&](std::uint16_t holder) {
@@ -605,6 +642,8 @@ void SessionBuilder::write_row(BlockWriter& w, const Tables& tables, std::size_t
       name_block();
       track_data(0x200e);
       w.close();
+      break;
+    case TrackKind::kBasicFolder:
       break;
   }
 }

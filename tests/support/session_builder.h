@@ -45,14 +45,17 @@ struct Clip {
   std::string clip_name;
   AudioFile file;
   std::uint64_t start = 0, source_offset = 0, clip_length = 0, sync_point = 0;
+  std::vector<std::uint64_t> further_starts;
   Fade fade_in_, fade_out_;
   std::vector<std::pair<std::uint32_t, double>> gain;  // source sample, dB
   int palette_color = -2;
   unsigned entry_kind = 3;
-  bool is_muted = false, is_deleted = false, edit_lock = false, time_lock = false;
+  bool is_muted = false, is_deleted = false, is_group = false, edit_lock = false, time_lock = false;
 
   Clip& name(std::string value) { return clip_name = std::move(value), *this; }
   Clip& at(std::uint64_t position) { return start = position, *this; }
+  // The same clip again, at later positions.
+  Clip& and_at(std::vector<std::uint64_t> positions) { return further_starts = std::move(positions), *this; }
   Clip& length(std::uint64_t samples) { return clip_length = samples, *this; }
   Clip& offset(std::uint64_t samples) { return source_offset = samples, *this; }
   Clip& sync(std::uint64_t samples) { return sync_point = samples, *this; }
@@ -66,6 +69,8 @@ struct Clip {
   Clip& time_locked() { return time_lock = true, *this; }
   Clip& over_next() { return entry_kind = 1, *this; }
   Clip& over_previous() { return entry_kind = 2, *this; }
+  // Stands for the clip group of its number.
+  Clip& group() { return is_group = true, *this; }
   // Still in the playlist's list, no longer on the track.
   Clip& deleted() { return is_deleted = true, *this; }
 };
@@ -93,7 +98,16 @@ struct MidiClip {
   bool is_muted = false;
 };
 
-enum class TrackKind { kAudio, kAux, kMaster, kVca, kMidi, kInstrument, kVideo };
+enum class TrackKind { kAudio, kAux, kMaster, kVca, kMidi, kInstrument, kVideo, kBasicFolder };
+
+// Points of an automation lane: position, and dB, 1 for muted or a pan of -100 to 100.
+using Automation = std::vector<std::pair<std::uint32_t, double>>;
+
+struct Send {
+  std::string bus;
+  double db = 0;
+  Automation level;
+};
 
 struct Track {
   TrackKind kind = TrackKind::kAudio;
@@ -106,6 +120,8 @@ struct Track {
   bool voice_off = false, in_ticks = false;
   int row_height = 92, automation = 1;
   std::string comment_text;
+  Automation volume, mutes, pans, right_pans, trim;
+  std::vector<Send> sends;
   std::vector<std::uint8_t> plugin_state_;
   std::deque<Playlist> playlists;  // the first is the one that plays
   std::deque<MidiClip> midi_clips;
@@ -123,6 +139,15 @@ struct Track {
   Track& automation_mode(int mode) { return automation = mode, *this; }
   Track& comment(std::string text) { return comment_text = std::move(text), *this; }
   Track& renamed_from(std::string old) { return row_name = std::move(old), *this; }
+  Track& volume_points(Automation points) { return volume = std::move(points), *this; }
+  Track& mute_points(Automation points) { return mutes = std::move(points), *this; }
+  Track& pan_points(Automation points) { return pans = std::move(points), *this; }
+  Track& right_pan_points(Automation points) { return right_pans = std::move(points), *this; }
+  Track& trim_points(Automation points) { return trim = std::move(points), *this; }
+  // Into a stereo bus of that name.
+  Track& send(std::string bus, double db, Automation level = {}) {
+    return sends.push_back({std::move(bus), db, std::move(level)}), *this;
+  }
   // Bytes of a plug-in's state, opaque; they make a session as heavy as real ones are.
   Track& plugin_state(std::vector<std::uint8_t> bytes) { return plugin_state_ = std::move(bytes), *this; }
 
@@ -149,6 +174,7 @@ struct Layout {
   bool playlist_ordinals = true;  // a strip lists its playlists by number, else by id
   bool old_clip_list = false;     // the older codes of the clip list and its entries
   bool old_placements = false;    // the older placement lists, in which a clip bears its own position
+  bool fade_kind = true;          // a fade's entry says that it is one, else its place on a clip's edge tells it
   bool file_kinds = true;         // the file list says what is a file and what a folder
   bool settings_paths = true;     // the session settings hold a list of path names
   bool tempo_signature = true;    // the first tempo record bears the fixed bytes
@@ -182,6 +208,8 @@ class SessionBuilder {
   AudioFile audio_file(const std::string& name, std::uint64_t samples, std::string folder = "Audio Files");
   // The two files of a split-mono stereo recording: "stem.L.wav" and "stem.R.wav".
   AudioFile stereo_file(const std::string& stem, std::uint64_t samples, std::string folder = "Audio Files");
+  // Files from here on stand in a list of their own, which doesn't say what is a file and what a folder.
+  SessionBuilder& second_file_list() { return first_of_second_list_ = files_.size(), *this; }
 
   Track& track(std::string name, unsigned channels = 1) { return add(TrackKind::kAudio, std::move(name), channels); }
   Track& stereo_track(std::string name) { return track(std::move(name), 2).pan(-100, 100); }
@@ -189,6 +217,8 @@ class SessionBuilder {
   Track& master(std::string name) { return add(TrackKind::kMaster, std::move(name), 2).pan(-100, 100); }
   Track& vca(std::string name) { return add(TrackKind::kVca, std::move(name), 1); }
   Track& video(std::string name) { return add(TrackKind::kVideo, std::move(name), 1); }
+  // A folder track without a strip; the edit window shows it above the tracks made after it.
+  void basic_folder(std::string name) { add(TrackKind::kBasicFolder, std::move(name), 2); }
   Track& midi_track(std::string name) { return add(TrackKind::kMidi, std::move(name), 1); }
   Track& instrument(std::string name) { return add(TrackKind::kInstrument, std::move(name), 2).pan(-100, 100); }
 
@@ -221,6 +251,7 @@ class SessionBuilder {
   void write_track_table(BlockWriter& w) const;
   void write_settings(BlockWriter& w) const;
   void write_files(BlockWriter& w) const;
+  void write_file_list(BlockWriter& w, std::size_t first, std::size_t end, bool kinds) const;
   void write_timecode(BlockWriter& w) const;
   void write_gain(BlockWriter& w, const Tables& tables) const;
   void write_clips(BlockWriter& w, const Tables& tables) const;
@@ -248,6 +279,7 @@ class SessionBuilder {
   bool is_float_ = false, has_grid_ = false;
   std::array<unsigned, 3> grid_{};
   std::vector<FileEntry> files_;
+  std::size_t first_of_second_list_ = SIZE_MAX;
   std::deque<Track> tracks_;
   std::deque<Location> locations_;
   std::vector<std::pair<std::uint16_t, std::vector<std::uint8_t>>> payloads_;

@@ -10,7 +10,7 @@ bool classic_was_chosen_over_dark(const Told& told) {
   return options.pt_theme == kClassic && told.session.saved_by.dark_by_default() && !options.no_clip_colors;
 }
 
-constexpr Note kColors[] = {
+constexpr Note kColorOptions[] = {
     {in<&ConversionOptions::no_track_colors>,
      "  --no-track-colors: every track is in REAPER's default color; the\n"
      "      session's track colors were left out.\n"},
@@ -18,7 +18,9 @@ constexpr Note kColors[] = {
      "  --no-clip-colors: %d clip(s) that would carry a color are drawn\n"
      "      in their track's color instead.\n",
      in<&ItemCounts::uncolored_by_option>},
-    // Plug-in builds chosen: --prefer-vst2, Kontakt.
+};
+
+constexpr Note kTrackColors[] = {
     {in<&TrackCounts::colored_tracks>, "  %d track(s) carried a color onto REAPER track colors\n"},
     {in<&TrackCounts::uncolored_tracks>,
      "  %d track(s) have no color set. Pro Tools does not STORE a color\n"
@@ -36,7 +38,8 @@ constexpr Note kColorTheme[] = {
 
 }  // namespace
 
-NoteGroup colors() { return kColors; }
+NoteGroup color_options() { return kColorOptions; }
+NoteGroup track_colors() { return kTrackColors; }
 NoteGroup color_theme() { return kColorTheme; }
 
 }  // namespace frt::notes

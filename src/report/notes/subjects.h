@@ -20,7 +20,8 @@ NoteGroup sync_points();
 NoteGroup fades();
 
 // colours.cpp
-NoteGroup colors();
+NoteGroup color_options();
+NoteGroup track_colors();
 NoteGroup color_theme();
 
 // folding.cpp

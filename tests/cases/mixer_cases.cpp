@@ -1,0 +1,80 @@
+#include "cases/cases.h"
+
+namespace frt::test {
+namespace {
+
+void states(Scene& s) {
+  s.track("Unvoiced").turn_voice_off();
+  s.track("Old takes").hide().deactivate();
+  s.track("Muted solo").solo().mute().comment("one\ntwo");
+  Track& off = s.stereo_track("Off").fader_db(-6).automation_mode(0).volume_points({{0, -6}, {48000, 0}});
+  off.pan(-20, 60).pan_points({{0, -20}, {48000, -100}}).right_pan_points({{0, 60}, {48000, 100}});
+  s.track("Latch").automation_mode(3).height(40).solo_safe();
+}
+
+// One kind of strip each; of these the VCA and the video track have no level of their own.
+void kinds(Scene& s) {
+  const AudioFile file = s.audio_file("Vox.wav", 48000);
+  s.file("Audio Files/Vox.wav");
+  s.track("Vox").clip(file);
+  s.aux("Verb").fader_db(-12).mute();
+  s.vca("All");
+  s.video("Film");
+  s.midi_track("Keys").midi_clip("Keys-01", 0, kQuarter, {{0, kQuarter / 2}});
+  s.instrument("Pad").fader_db(-3).comment("not written");
+  s.master("Master 1").fader_db(-3).mute().volume_points({{0, -3}, {96000, -20}}).mute_points({{48000, 1}});
+  s.master("Master 2");
+}
+
+// A track with all that one can have, a stereo one of which a single side moves, one at rest, a wide one, one in ticks.
+void automation(Scene& s) {
+  const AudioFile file = s.audio_file("Lead.wav", 48000);
+  s.file("Audio Files/Lead.wav");
+  Track& lead = s.track("Lead").fader_db(-6).pan(20).volume_points({{0, -6}, {48000, 0}}).trim_points({{96000, -3}});
+  lead.pan_points({{24000, -50}, {72000, 50}}).mute_points({{24000, 1}, {72000, 0}}).comment("sing\n>");
+  lead.playlist("Lead.01").clip(file);
+  s.stereo_track("Pads").pan_points({{0, -100}, {96000, -20}});
+  s.stereo_track("Strings").pan(-30, 60);
+  s.track("Amb", 6).fader_db(-2).volume_points({{0, -2}, {48000, 0}}).trim_points({{48000, -6}, {96000, 0}});
+  s.track("Steps").tick_based().volume_points({{kQuarter, -3}, {2 * kQuarter, 0}});
+}
+
+// A send whose level is drawn so finely that the next one's record stands far behind it.
+void sends(Scene& s) {
+  Automation drawn;
+  for (unsigned i = 0; i < 450; ++i) drawn.push_back({i * 480, -0.1 * i});
+  s.track("Vox").fader_db(-3).send("Plate", -12, drawn).send("Echo", -20);
+  s.track("Bass").fader_db(-1).pan(30);
+  s.track("Keys").fader_db(-2).pan(-40);
+}
+
+}  // namespace
+
+std::vector<Case> mixer_cases() {
+  return {
+      {"track_states", {"Song.ptx", "--comments", "item"}, states},
+      {"kinds_of_strips", {"Song.ptx", "--comments", "none", "--report"}, kinds},
+      {"automation", {"Song.ptx", "--comments", "item"}, automation},
+      {"list",
+       {"Song.ptx", "--list", "--usage-json", "usage.json"},
+       [](Scene& s) {
+         sends(s);
+         s.aux("Echo");
+         const AudioFile file = s.audio_file("Gtr.wav", 1000);
+         Track& guitar = s.track("Gtr");
+         guitar.clip(file);
+         guitar.playlist("Gtr.01").clip(file);
+       }},
+      {"records_far_apart", {"Song.ptx"}, sends},
+      {"basic_folder",
+       {"Song.ptx"},
+       [](Scene& s) {
+         s.basic_folder("Band");
+         s.track("Bass");
+         s.basic_folder("Vocals");
+         s.track("Lead").renamed_from("Audio 2");
+       }},
+  };
+}
+
+}  // namespace frt::test
