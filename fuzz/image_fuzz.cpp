@@ -3,6 +3,8 @@
 #include "support/check_run.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  frt::test::check_run(frt::test::encrypt(frt::test::image_of({data, data + size})));
+  const std::vector<std::uint8_t> file = frt::test::encrypt(frt::test::image_of({data, data + size}));
+  frt::test::check_run(file);
+  frt::test::check_run(file, frt::test::CheckRun::kTables);
   return 0;
 }

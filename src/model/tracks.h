@@ -22,17 +22,19 @@ struct ItemGainPoint {
   double db = 0;
 };
 
+enum class FadeShape : std::uint8_t { kLinear, kCurved, kSCurve };
+
 // One placed audio clip, times in seconds.
 struct OutputItem {
   std::uint32_t clip_index = 0;    // index of the clip (its number in the audio clip list)
-  std::uint64_t raw_position = 0;  // as stored: samples or biased ticks, low 32 bits
+  std::uint32_t raw_position = 0;  // as stored: samples or biased ticks, low 32 bits
   std::uint32_t raw_offset = 0;    // samples
-  std::uint64_t ordinal = 0;       // running number of this placement on its track
+  std::uint32_t ordinal = 0;       // running number of this placement on its track
   double position = 0, length = 0, source_offset = 0;
   std::string_view clip_name;
-  std::string_view file_name;  // the audio file's base name
-  std::uint16_t file_index = 0;
+  std::string_view file_name;   // the audio file's base name
   std::string_view group_name;  // the clip group it came from
+  std::uint16_t file_index = 0;
   bool muted = false;
   bool whole_file = false;
   bool crossfaded = false;  // its end belongs to a crossfade
@@ -44,7 +46,7 @@ struct OutputItem {
   bool polarity = false;
   double playrate = 1.0;
   double fade_in = 0, fade_out = 0;
-  double fade_in_shape = 0, fade_out_shape = 0;  // 0, 1 or 5.1
+  FadeShape fade_in_shape = FadeShape::kLinear, fade_out_shape = FadeShape::kLinear;
   double gain_db = 0;
   double pitch_semitones = 0;
   std::vector<std::pair<double, double>> warp;  // item time, source time

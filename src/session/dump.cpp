@@ -27,7 +27,11 @@ std::string quoted(std::string_view text) {
 class Dump {
  public:
   void table(std::string_view name) { (text_ += name) += '\n'; }
-  void row(const std::string& text) { ((text_ += "  ") += text) += '\n'; }
+  void row(const std::string& text) {
+    if (!full()) ((text_ += "  ") += text) += '\n';
+  }
+  // A session made to share its notes among thousands of clips would print them again for each; no real one comes near.
+  bool full() const { return text_.size() > kMost; }
   // Values of a row: by name, left out at rest.
   static std::string field(std::string_view name, std::int64_t value, std::int64_t rest = 0) {
     return value == rest ? "" : " " + std::string(name) + "=" + std::to_string(value);
@@ -36,9 +40,13 @@ class Dump {
     return value.empty() ? "" : " " + std::string(name) + "=" + quoted(value);
   }
   static std::string flag(std::string_view name, bool value) { return value ? " " + std::string(name) : ""; }
-  std::string take() { return std::move(text_); }
+  std::string take() {
+    if (full()) text_ += "cut here\n";
+    return std::move(text_);
+  }
 
  private:
+  static constexpr std::size_t kMost = std::size_t{64} << 20;
   std::string text_;
 };
 
@@ -161,10 +169,10 @@ void dump_midi(Dump& out, const MidiSource& midi) {
   table_of(out, "midi placements", midi.placements, placement_row);
   if (midi.chunks.empty()) return;
   out.table("midi chunks");
-  for (std::size_t i = 0; i < midi.chunks.size(); ++i) {
+  for (std::size_t i = 0; i < midi.chunks.size() && !out.full(); ++i) {
     const NoteChunk& chunk = midi.chunks[i];
     out.row(indexed(i) + " zero=" + std::to_string(chunk.zero_ticks()) + " notes=" + std::to_string(chunk.size()));
-    for (std::uint32_t k = 0; k < chunk.size(); ++k) {
+    for (std::uint32_t k = 0; k < chunk.size() && !out.full(); ++k) {
       const MidiNote note = chunk[k];
       out.row("    " + std::to_string(note.position) + " length " + std::to_string(note.length) + " note " +
               std::to_string(note.note) + " velocity " + std::to_string(note.velocity));

@@ -27,6 +27,18 @@ ProjectText& put_seconds(ProjectText& out, double value) {
   return is_plain_zero(value) ? out.text("0.0000000000") : out.fixed(value, 10);
 }
 
+std::string_view fade_shape(FadeShape shape) {
+  switch (shape) {
+    case FadeShape::kLinear:
+      return "0";
+    case FadeShape::kCurved:
+      return "1";
+    case FadeShape::kSCurve:
+      return "5.1";
+  }
+  return "0";
+}
+
 void write_stretch_markers(ProjectText& out, const std::vector<std::pair<double, double>>& markers) {
   for (std::size_t k = 0; k < markers.size(); ++k) {
     if (k % kPairsALine == 0) {
@@ -68,10 +80,11 @@ void write_item(ProjectText& out, const OutputItem& item, const LanePlace& lane)
     out.text("0");
   }
   out.text("\n      LENGTH ").fixed(item.length, 10);
-  out.text("\n      LOOP 0\n      ALLTAKES 0\n      FADEIN ").general(item.fade_in_shape).text(" ");
-  put_seconds(out, item.fade_in).text(" 0 ").general(item.fade_in_shape).text(" 0 0 0\n      FADEOUT ");
-  out.general(item.fade_out_shape).text(" ");
-  put_seconds(out, item.fade_out).text(" 0 ").general(item.fade_out_shape).text(" 0 0 0\n");
+  const std::string_view in_shape = fade_shape(item.fade_in_shape), out_shape = fade_shape(item.fade_out_shape);
+  out.text("\n      LOOP 0\n      ALLTAKES 0\n      FADEIN ").text(in_shape).text(" ");
+  put_seconds(out, item.fade_in).text(" 0 ").text(in_shape).text(" 0 0 0\n      FADEOUT ");
+  out.text(out_shape).text(" ");
+  put_seconds(out, item.fade_out).text(" 0 ").text(out_shape).text(" 0 0 0\n");
   out.text(item.muted ? "      MUTE 1 0\n" : "      MUTE 0 0\n");
   if (item.locked) out.text("      LOCK 1\n");
   out.text("      SOFFS ");

@@ -16,8 +16,10 @@
 
 namespace frt::test {
 
-// The status of the run.
-inline int check_run(const std::vector<std::uint8_t>& file_bytes) {
+enum class CheckRun { kConversion, kTables };
+
+// The status of the run: of a conversion, or of printing the session's tables.
+inline int check_run(const std::vector<std::uint8_t>& file_bytes, CheckRun what = CheckRun::kConversion) {
   static const int file = ::memfd_create("session.ptx", 0);
   if (::ftruncate(file, 0) != 0) std::abort();
   for (std::size_t at = 0; at < file_bytes.size();) {
@@ -30,6 +32,7 @@ inline int check_run(const std::vector<std::uint8_t>& file_bytes) {
   ConversionOptions options;
   options.session_path = "/proc/self/fd/" + std::to_string(file);
   options.check_only = true;
+  options.dump_tables = what == CheckRun::kTables;
   ConversionResult result;
   return run_conversion(options, &result, nullptr).status;
 }

@@ -14,9 +14,6 @@
 namespace frt {
 namespace {
 
-// REAPER's fade shapes.
-constexpr double kLinear = 0.0, kCurved = 1.0, kSCurve = 5.1;
-
 // A fade belongs to a clip edge nearer than this, in seconds.
 constexpr double kEdgeReach = 0.005;
 
@@ -155,7 +152,7 @@ class TrackFader {
   TrackFader(std::vector<OutputItem>& items, FadeCounts& counts)
       : items_(items), counts_(counts), starts_(edges(items, false)), ends_(edges(items, true)) {}
 
-  void attach(const TimedFade& fade, FadeKind kind, double shape) {
+  void attach(const TimedFade& fade, FadeKind kind, FadeShape shape) {
     const auto starting = starts_.nearest(fade.at);
     const auto ending = ends_.nearest(fade.at);
     if (kind == FadeKind::kFadeIn && starting) {
@@ -183,7 +180,7 @@ class TrackFader {
     return at;
   }
 
-  void crossfade(EdgeIndex::Index ending, EdgeIndex::Index starting, const TimedFade& fade, double shape) {
+  void crossfade(EdgeIndex::Index ending, EdgeIndex::Index starting, const TimedFade& fade, FadeShape shape) {
     OutputItem& a = items_[ending];
     OutputItem& b = items_[starting];
     const double pre = fade.before, post = fade.length - fade.before;
@@ -238,7 +235,9 @@ FadeCounts attach_fades(std::vector<TrackNode>& tracks, const std::vector<Playli
       }
       const FadeRecord& fade = fades[entry.clip_or_fade_index];
       if (fade.s_curve) ++counts.s_curves;
-      const double shape = fade.s_curve ? kSCurve : fade.shape == 1 ? kCurved : kLinear;
+      const FadeShape shape = fade.s_curve      ? FadeShape::kSCurve
+                              : fade.shape == 1 ? FadeShape::kCurved
+                                                : FadeShape::kLinear;
       fader.attach(timed_fade(entry, fade, track.ticks, clock), fade.kind, shape);
     }
     sort_by_position(track.items);

@@ -109,7 +109,7 @@ std::vector<TrackNode> make_items(std::vector<PlacedTrack> placed_tracks, const 
       const Placement& placement = source.placements[placed.placement];
       items.push_back(make_item(placed, placement, source.clips[placement.clip],
                                 sync_offset_of(placement, source.sync_samples, clock), clock));
-      items.back().ordinal = placed.placement - first_placement;
+      items.back().ordinal = static_cast<std::uint32_t>(placed.placement - first_placement);
     }
   };
   for (PlacedTrack& placed : placed_tracks) {
