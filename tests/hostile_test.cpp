@@ -6,11 +6,12 @@
 #include <chrono>
 #include <clocale>
 
-#include "run/conversion.h"
 #include "run/text_output.h"
+#include "stages/conversion.h"
 #include "support/check_run.h"
 #include "support/convert.h"
 #include "support/process.h"
+#include "support/tables.h"
 
 namespace frt::test {
 namespace {
@@ -56,6 +57,31 @@ TEST(HostileSession, EveryChangedByteEndsWell) {
       const int status = check_run(encrypt(std::move(changed)));
       ASSERT_TRUE(status == 0 || status == 1) << "byte " << at << " made " << value;
     }
+  }
+}
+
+// The readers alone, in memory that ends with the image; and with blocks that whole runs above don't hold.
+TEST(HostileSession, EveryCutAndEveryChangedByteOfTheTablesIsRead) {
+  SessionBuilder s;
+  s.layout.saved_by_at_end = false;
+  s.track("Vox").clip(s.audio_file("Vox.wav", 9)).sync(3).gain_db(-1).and_at({70});
+  s.midi_track("Keys").midi_clip("riff", 0, 8000, {{0, 10}, {960, 40}});
+  BlockWriter w;
+  for (int i = 0; i < 2; ++i) {
+    w.open(0x2502).zeros(2).u8(1).u8(0).open(0x103d).zeros(70).close().fill(120, 1).close();  // real-time properties
+  }
+  w.open(0x262c).open(0x262b).open(0x2628).text("x").three_point(kTickOrigin, 9, 1).close().zeros(8).close().close();
+  w.open(0x1012).open(0x1011).open(0x100f).open(0x100e).zeros(8).close().close().close().close();
+  s.payload(0x2650, w.take());
+  std::vector<std::uint8_t> image = s.image();
+  for (std::size_t size = 0; size < image.size(); size += 2 * kStride) tables_of(ByteView(image.data(), size));
+  for (std::size_t at = 0; at < image.size(); at += 3 * kStride) {
+    const std::uint8_t kept = image[at];
+    for (const unsigned value : {0x00, 0x5a, 0xff}) {
+      image[at] = static_cast<std::uint8_t>(value);
+      tables_of(image);
+    }
+    image[at] = kept;
   }
 }
 

@@ -8,9 +8,9 @@
 #include <utility>
 #include <vector>
 
-#include "session/headers/memory_locations.h"
+#include "base/text.h"
 #include "session/headers/meter_map.h"
-#include "support/hand_image.h"
+#include "support/tables.h"
 
 namespace frt {
 namespace {
@@ -18,39 +18,28 @@ namespace {
 using test::BlockWriter;
 using test::Fields;
 using test::Image;
-using namespace std::string_view_literals;
+using test::SessionBuilder;
+using test::tables_of;
+
+SessionSettings settings_of(const std::vector<std::uint8_t>& blocks) {
+  const Image image(blocks);
+  return read_session_settings(image.session);
+}
+
+// The line of the settings that begins so.
+std::string line_of(const test::Tables& tables, std::string_view begin) {
+  const std::string rows = "\n" + tables.rows("settings") + "\n";
+  const std::size_t at = rows.find("\n" + std::string(begin));
+  return at == rows.npos ? "" : rows.substr(at + 1, rows.find('\n', at + 1) - at - 1);
+}
 
 // ---- timecode ----
 
-struct SecondRecord {
-  std::uint32_t code, start;
-};
-
-Fields timecode(unsigned code, std::uint32_t start, const SecondRecord* second = nullptr) {
-  if (!second) return Fields(0x204d, 0x16).put(9, code, 1).put(18, start, 4);
-  return Fields(0x204d, 53)
-      .put(9, code, 1)
-      .put(18, start, 4)
-      .put(34, 11, 4)
-      .text(38, "01:00:00:00")
-      .put(49, second->code, 4)
-      .put(53, second->start, 4);
-}
-
-std::string dump(const TimecodeSettings& t) {
-  char text[256];
-  std::snprintf(text, sizeof text, "%s|%s|%s|%d %d|%u|%.6f%s%s", std::string(t.rate_label).c_str(),
-                std::string(t.long_label).c_str(), std::string(t.ruler_label).c_str(), t.timemode_rate, t.timemode_mode,
-                t.start_frames, t.project_offset, t.drop_frame ? "|drop" : "",
-                t.differs_from_default() ? "" : "|plain");
-  return text;
-}
-
 TEST(Timecode, EachRateBaseAndExtended) {
   const struct {
-    unsigned code;
+    std::uint8_t code;
     std::uint32_t start;
-    std::vector<SecondRecord> second;
+    std::vector<std::uint32_t> extended;  // code and start
     const char* read;
   } cases[] = {
       {1, 24, {}, "24|24 fps||24 0|24|1.000000"},
@@ -62,27 +51,37 @@ TEST(Timecode, EachRateBaseAndExtended) {
       {9, 24000, {}, "23.976|23.976 fps||24 2|24000|1001.000000"},
       {4, 60, {}, "30|||30 0|60|2.000000"},
       {7, 0xFFFFFFFF, {}, "30|30 fps||30 0|4294967295|143165576.500000"},
-      {7, 30, {{7, 30}}, "30|30 fps||30 0|30|1.000000"},
-      {9, 24, {{15, 48}}, "47.952|47.952 fps||48 2|48|1.001000"},
-      {1, 24, {{16, 49}}, "48|48 fps||48 0|49|1.020833"},  // 49 / 2 is 24
-      {2, 0, {{10, 0}}, "50|50 fps||50 0|0|0.000000"},
-      {3, 0, {{11, 0}}, "59.94|59.94 fps||60 2|0|0.000000"},
-      {5, 0, {{12, 0}}, "59.94 drop|59.94 fps drop frame|59.94|60 2|0|0.000000|drop"},
-      {7, 0, {{13, 0}}, "60|60 fps||60 0|0|0.000000"},
-      {8, 0, {{14, 0}}, "60 drop|60 fps drop frame|60|60 0|0|0.000000|drop"},
-      {2, 25, {{17, 100}}, "100|100 fps||100 0|100|1.000000"},
-      {3, 0, {{18, 0}}, "119.88|119.88 fps||120 2|0|0.000000"},
-      {5, 0, {{19, 0}}, "119.88 drop|119.88 fps drop frame|119.88|120 2|0|0.000000|drop"},
-      {7, 0, {{20, 0}}, "120|120 fps||120 0|0|0.000000"},
-      {8, 0, {{21, 0}}, "120 drop|120 fps drop frame|120|120 0|0|0.000000|drop"},
-      {7, 30, {{13, 90}}, "30|||30 0|30|1.000000"},  // the starts disagree
-      {7, 30, {{99, 30}}, "30|||30 0|30|1.000000"},  // an unknown rate
-      {7, 30, {{7, 31}}, "30|||30 0|30|1.000000"},   // even for the base rate
-      {2, 0, {{13, 0}}, "25|||25 0|0|0.000000"},     // another base's
+      {7, 30, {7, 30}, "30|30 fps||30 0|30|1.000000"},
+      {9, 24, {15, 48}, "47.952|47.952 fps||48 2|48|1.001000"},
+      {1, 24, {16, 49}, "48|48 fps||48 0|49|1.020833"},  // 49 / 2 is 24
+      {2, 0, {10, 0}, "50|50 fps||50 0|0|0.000000"},
+      {3, 0, {11, 0}, "59.94|59.94 fps||60 2|0|0.000000"},
+      {5, 0, {12, 0}, "59.94 drop|59.94 fps drop frame|59.94|60 2|0|0.000000|drop"},
+      {7, 0, {13, 0}, "60|60 fps||60 0|0|0.000000"},
+      {8, 0, {14, 0}, "60 drop|60 fps drop frame|60|60 0|0|0.000000|drop"},
+      {2, 25, {17, 100}, "100|100 fps||100 0|100|1.000000"},
+      {3, 0, {18, 0}, "119.88|119.88 fps||120 2|0|0.000000"},
+      {5, 0, {19, 0}, "119.88 drop|119.88 fps drop frame|119.88|120 2|0|0.000000|drop"},
+      {7, 0, {20, 0}, "120|120 fps||120 0|0|0.000000"},
+      {8, 0, {21, 0}, "120 drop|120 fps drop frame|120|120 0|0|0.000000|drop"},
+      {7, 30, {13, 90}, "30|||30 0|30|1.000000"},  // the starts disagree
+      {7, 30, {99, 30}, "30|||30 0|30|1.000000"},  // an unknown rate
+      {7, 30, {7, 31}, "30|||30 0|30|1.000000"},   // even for the base rate
+      {2, 0, {13, 0}, "25|||25 0|0|0.000000"},     // another base's
   };
   for (const auto& one : cases) {
-    const Image image(timecode(one.code, one.start, one.second.empty() ? nullptr : one.second.data()).blocks());
-    EXPECT_EQ(dump(read_session_settings(image.session).timecode), one.read) << one.code;
+    SessionBuilder s;
+    s.layout.extended_timecode = !one.extended.empty();
+    s.timecode(one.code, one.start);
+    if (!one.extended.empty()) s.extended_timecode(one.extended[0], one.extended[1]);
+    const std::vector<std::uint8_t> bytes = s.image();
+    const TimecodeSettings t = read_session_settings(SessionImage(ByteView(bytes.data(), bytes.size()))).timecode;
+    EXPECT_EQ(
+        format_text("%s|%s|%s|%d %d|%u|%.6f%s%s", std::string(t.rate_label).c_str(), std::string(t.long_label).c_str(),
+                    std::string(t.ruler_label).c_str(), t.timemode_rate, t.timemode_mode, t.start_frames,
+                    t.project_offset, t.drop_frame ? "|drop" : "", t.differs_from_default() ? "" : "|plain"),
+        one.read)
+        << int{one.code};
   }
 }
 
@@ -96,26 +95,22 @@ TEST(Timecode, ASecondRecordMustFit) {
     Fields fields(0x204d, size);
     fields.put(9, 7, 1).put(34, length, 4);
     if (size >= 38 - 7 + std::size_t{length} + 8) fields.put(38 + length, 13, 4);
-    EXPECT_EQ(read_session_settings(Image(fields.blocks()).session).timecode.rate_label, label) << size;
+    EXPECT_EQ(settings_of(fields.blocks()).timecode.rate_label, label) << size;
   }
-  // A block that is too short for the rate is passed over.
-  BlockWriter w;
+  BlockWriter w;  // a block that is too short for the rate is passed over
   Fields(0x204d, 0x15).put(9, 1, 1).into(w);
-  timecode(2, 0).into(w);
-  EXPECT_EQ(read_session_settings(Image(w).session).timecode.rate_label, "25");
+  Fields(0x204d, 0x16).put(9, 2, 1).into(w);
+  EXPECT_EQ(settings_of(w.take()).timecode.rate_label, "25");
 }
 
 // ---- recording format and pan depth ----
 
 std::string recording_of(const std::vector<std::uint8_t>& blocks) {
-  const Image image(blocks);
-  const SessionSettings settings = read_session_settings(image.session);
+  const SessionSettings settings = settings_of(blocks);
   const RecordingFormat& r = settings.recording;
   const PanDepth& pan = settings.pan_depth;
-  char text[128];
-  std::snprintf(text, sizeof text, "%s%d/%d%s type %d, pan %s%d %.1f", r.depth_read ? "" : "unread ", r.depth_byte,
-                r.depth, r.is_float ? " float" : "", r.file_type, pan.was_read ? "" : "unread ", pan.value, pan.db);
-  return text;
+  return format_text("%s%d/%d%s type %d, pan %s%d %.1f", r.depth_read ? "" : "unread ", r.depth_byte, r.depth,
+                     r.is_float ? " float" : "", r.file_type, pan.was_read ? "" : "unread ", pan.value, pan.db);
 }
 
 Fields fixed_settings(std::size_t size, unsigned type, unsigned pan, unsigned float_flag, unsigned depth) {
@@ -126,16 +121,6 @@ Fields fixed_settings(std::size_t size, unsigned type, unsigned pan, unsigned fl
   if (size > 0x70) fields.put(119, float_flag, 1);
   if (size > 0x72) fields.put(121, depth, 1);
   return fields;
-}
-
-// Path names, then `left` bytes, the fields among them.
-std::vector<std::uint8_t> settings_behind_path(const std::vector<std::string>& names, std::size_t left, unsigned pan,
-                                               unsigned float_flag, unsigned depth) {
-  BlockWriter w;
-  w.open(0x1028).u8(3).u8(0x18).u32(48000).zeros(6).u32(static_cast<std::uint32_t>(names.size()));
-  for (const std::string& name : names) w.text(name);
-  w.zeros(6).u8(pan).u8(float_flag).u8(9).u8(depth).zeros(left - 10).close();
-  return w.take();
 }
 
 TEST(RecordingFormat, AtFixedPlaces) {
@@ -165,208 +150,171 @@ TEST(RecordingFormat, AtFixedPlaces) {
 
 TEST(RecordingFormat, BehindAPath) {
   const std::vector<std::string> path = {"Disk", "Users", std::string(255, 'x'), ""}, most(64, "a");
-  EXPECT_EQ(recording_of(settings_behind_path({}, 14, 3, 0, 16)), "16/16 type 3, pan 3 -4.5");
-  EXPECT_EQ(recording_of(settings_behind_path(path, 15, 1, 1, 32)), "32/32 float type 3, pan 1 -2.5");
-  EXPECT_EQ(recording_of(settings_behind_path(most, 14, 1, 0, 24)), "24/24 type 3, pan 1 -2.5");
-  // Anything else is no such list, and the block is short.
-  for (const std::size_t left : {std::size_t{13}, std::size_t{16}})
-    EXPECT_EQ(recording_of(settings_behind_path({}, left, 3, 0, 16)), "unread 0/0 type 3, pan unread 0 -3.0");
-  EXPECT_EQ(recording_of(settings_behind_path({"Disk", std::string(256, 'x')}, 14, 3, 0, 16)),
-            "120/0 type 3, pan 120 -3.0");  // letters, at the fixed places
+  const struct {
+    std::vector<std::string> names;
+    std::size_t left;  // bytes behind the names, the fields among them
+    unsigned pan, float_flag, depth;
+    const char* read;
+  } cases[] = {
+      {{}, 14, 3, 0, 16, "16/16 type 3, pan 3 -4.5"},
+      {path, 15, 1, 1, 32, "32/32 float type 3, pan 1 -2.5"},
+      {most, 14, 1, 0, 24, "24/24 type 3, pan 1 -2.5"},
+      // Anything else is no such list, and the block is short.
+      {{}, 13, 3, 0, 16, "unread 0/0 type 3, pan unread 0 -3.0"},
+      {{}, 16, 3, 0, 16, "unread 0/0 type 3, pan unread 0 -3.0"},
+      {{"Disk", std::string(256, 'x')}, 14, 3, 0, 16, "120/0 type 3, pan 120 -3.0"},  // letters, at the fixed places
+  };
+  for (const auto& one : cases) {
+    BlockWriter w;
+    w.open(0x1028).u8(3).u8(0x18).u32(48000).zeros(6).u32(static_cast<std::uint32_t>(one.names.size()));
+    for (const std::string& name : one.names) w.text(name);
+    w.zeros(6).u8(one.pan).u8(one.float_flag).u8(9).u8(one.depth).zeros(one.left - 10).close();
+    EXPECT_EQ(recording_of(w.take()), one.read);
+  }
 }
 
 // ---- grid ----
 
-std::string grid_of(std::string_view text, std::size_t size = 0) {
-  Fields fields(0x2066, size ? size : std::max<std::size_t>(text.size() + 6, 24));
-  fields.text(13, text);
-  const GridSettings grid = read_session_settings(Image(fields.blocks()).session).grid;
-  char out[128];
-  std::snprintf(out, sizeof out, "%s%ld|%ld|%ld %s%ld|%ld|%ld", grid.nudge_read ? "" : "none ", grid.nudge.bars,
-                grid.nudge.beats, grid.nudge.ticks, grid.grid_read ? "" : "none ", grid.grid.bars, grid.grid.beats,
-                grid.grid.ticks);
-  return out;
-}
-
 TEST(Grid, TheFirstStepIsTheNudgeTheSecondTheGrid) {
   const struct {
     std::string text;  // its bars stand for bytes of 0, its colons for bars
-    const char* read;
+    const char *nudge, *grid;
+    std::size_t size = 0;
   } cases[] = {
-      {"|   0: 1: 000|||   2: 3: 240|", "0|1|0 2|3|240"},
-      {"|0:1:000|4:5:678|7:8:999|", "0|1|0 4|5|678"},
-      {"|12345678: 12345678: 000|", "12345678|12345678|0 none 0|0|0"},
-      {"|123456789: 1: 000| 1: 2: 003", "1|2|3 none 0|0|0"},
-      {"|1:  2: 003|4: 5:  006|", "none 0|0|0 none 0|0|0"},  // one blank at most
-      {"|1: 2: 03|", "none 0|0|0 none 0|0|0"},
-      {"|1: 2: 003 4: 5: 006|", "1|2|3 none 0|0|0"},  // begins behind another byte only
-      {"|1: 2: 003, 4: 5: 006|", "1|2|3 4|5|6"},
-      {"x1: 1: 1: 001|", "1|1|1 none 0|0|0"},  // fails, and is tried again behind the bar
+      {"|   0: 1: 000|||   2: 3: 240|", "0|1|0", "2|3|240"},
+      {"|0:1:000|4:5:678|7:8:999|", "0|1|0", "4|5|678"},
+      {"|12345678: 12345678: 000|", "12345678|12345678|0", ""},
+      {"|123456789: 1: 000| 1: 2: 003", "1|2|3", ""},
+      {"|1:  2: 003|4: 5:  006|", "", ""},  // one blank at most
+      {"|1: 2: 03|", "", ""},
+      {"|1: 2: 003 4: 5: 006|", "1|2|3", ""},  // begins behind another byte only
+      {"|1: 2: 003, 4: 5: 006|", "1|2|3", "4|5|6"},
+      {"x1: 1: 1: 001|", "1|1|1", ""},  // fails, and is tried again behind the bar
+      {"x1:2:003", "", "", 23},         // only blocks of its size count
+      {"x1:2:003", "1|2|3", "", 24},
+      {"x1:2:003", "1|2|3", "", 4000},
+      {"x1:2:003", "", "", 4001},
   };
   for (const auto& one : cases) {
     std::string text = one.text;
     std::replace(text.begin(), text.end(), '|', '\0');
     std::replace(text.begin(), text.end(), ':', '|');
-    EXPECT_EQ(grid_of(text), one.read) << one.text;
+    BlockWriter w;
+    Fields(0x2066, one.size ? one.size : std::max<std::size_t>(text.size() + 6, 24)).text(13, text).into(w);
+    const auto tables = tables_of(w);
+    const auto expected = [](std::string name, std::string step) { return step.empty() ? "" : name + " " + step; };
+    EXPECT_EQ(line_of(tables, "nudge"), expected("nudge", one.nudge)) << one.text;
+    EXPECT_EQ(line_of(tables, "grid"), expected("grid", one.grid)) << one.text;
   }
-  const std::string_view text = "x1|2|003"sv;
-  EXPECT_EQ(grid_of(text, 23), "none 0|0|0 none 0|0|0") << "only blocks of its size count";
-  EXPECT_EQ(grid_of(text, 24), "1|2|3 none 0|0|0");
-  EXPECT_EQ(grid_of(text, 4000), "1|2|3 none 0|0|0");
-  EXPECT_EQ(grid_of(text, 4001), "none 0|0|0 none 0|0|0");
 }
 
 TEST(Grid, InQuarterNotes) {
   EXPECT_EQ(quarters_of({1, 0, 0}, 6, 8), 3);
-  EXPECT_EQ(quarters_of({0, 1, 0}, 6, 8), 0.5);
-  EXPECT_EQ(quarters_of({0, 0, 240}, 6, 8), 0.25);
+  EXPECT_EQ(quarters_of({0, 1, 240}, 6, 8), 0.75);
   EXPECT_EQ(quarters_of({1, 2, 480}, 3, 4), 5.5);
 }
 
 // ---- meter map ----
 
-void meter_block(BlockWriter& w, const std::vector<MeterEvent>& events, std::string_view tag = "Meter") {
-  w.open(0x2029).raw(tag).zeros(11 - tag.size()).u32(static_cast<std::uint32_t>(events.size()));
-  for (const MeterEvent& event : events) {
-    w.u40(static_cast<std::uint64_t>(static_cast<std::int64_t>(event.position)) + test::kTickOrigin).zeros(3);
-    w.u32(event.bar).u32(event.numerator).u32(event.denominator).zeros(16);
-  }
-  w.close();
-}
-
-std::string dump(const std::vector<MeterEvent>& events) {
-  std::string out;
-  char text[64];
-  for (const MeterEvent& event : events) {
-    std::snprintf(text, sizeof text, "%u/%u at %u@%g ", event.numerator, event.denominator, event.bar, event.position);
-    out += text;
-  }
-  return out;
-}
-
 TEST(MeterMap, EventsOfTheFirstTaggedBlockUntilOneIsNoMeter) {
   for (const auto& [numerator, denominator] : {std::pair{0u, 4u}, {100u, 4u}, {4u, 0u}, {4u, 65u}}) {
-    BlockWriter w;
-    meter_block(w, {{0, 1, 2, 2}}, "Muter");
-    meter_block(w, {{-5, 1, 99, 64}, {960000, 2, 1, 1}, {5, 3, numerator, denominator}, {6, 4, 4, 4}});
-    meter_block(w, {{0, 1, 5, 4}, {1, 2, 6, 4}, {2, 3, 5, 4}});
+    SessionBuilder s;
     // A position below the bias is the start.
-    EXPECT_EQ(dump(read_meter_map(Image(w).session)), "99/64 at 1@0 1/1 at 2@960000 ");
+    s.meter(0 - std::uint64_t{5}, 1, 99, 64)
+        .meter(960000, 2, 1, 1)
+        .meter(5, 3, numerator, denominator)
+        .meter(6, 4, 4, 4);
+    const auto tables = tables_of(s);
+    EXPECT_EQ(tables.rows("meters"), "0: tick 0 bar 1 99/64\n1: tick 960000 bar 2 1/1");
+    EXPECT_EQ(tables.count("refused", "numerator or denominator"), 1u);
   }
 }
 
 TEST(MeterMap, ACountThatTheBlockCannotHoldGivesNoEvents) {
-  for (const std::uint32_t count : {2u, 4097u, 0xFFFFFFFFu}) {
+  for (const std::uint32_t count : {1u, 2u, 4097u, 0xFFFFFFFFu}) {
     BlockWriter w;
-    meter_block(w, {{0, 1, 3, 4}});
-    EXPECT_TRUE(read_meter_map(Image(w.patch(20, count)).session).empty()) << count;
+    w.open(0x2029).raw("Muter").zeros(51).close();
+    w.open(0x2029).raw("Meter").zeros(6).u32(count).u64(test::kTickOrigin).u32(1).u32(3).u32(4).zeros(16).close();
+    EXPECT_EQ(tables_of(w).rows("meters"), count == 1 ? "0: tick 0 bar 1 3/4" : "") << count;
   }
 }
 
 TEST(MeterMap, ChangesAndRepeats) {
+  const auto text = [](const std::vector<MeterEvent>& events) {
+    std::string out;
+    for (const MeterEvent& event : events)
+      out += format_text("%u/%u at %u ", event.numerator, event.denominator, event.bar);
+    return out;
+  };
   const MeterChanges sorted =
       sort_meter_events({{0, 1, 4, 4}, {1, 2, 4, 4}, {2, 3, 3, 4}, {3, 4, 3, 4}, {4, 5, 3, 8}, {5, 6, 4, 4}});
-  EXPECT_EQ(dump(sorted.changes), "3/4 at 3@2 3/8 at 5@4 4/4 at 6@5 ");
-  EXPECT_EQ(dump(sorted.repeats), "4/4 at 2@1 3/4 at 4@3 ");
+  EXPECT_EQ(text(sorted.changes), "3/4 at 3 3/8 at 5 4/4 at 6 ");
+  EXPECT_EQ(text(sorted.repeats), "4/4 at 2 3/4 at 4 ");
 }
 
 // ---- memory locations ----
 
-struct Location {
-  std::string name;
-  unsigned flags = 2, kind = 1;
-  std::uint64_t start = 0, end = 0;  // as stored
-};
-
 constexpr std::uint64_t kTicks = test::kTickOrigin;
 
-Fields location(const Location& l, std::size_t behind_name) {
-  const std::size_t n = l.name.size();
+Fields location(const std::string& name, unsigned flags, unsigned kind, std::uint64_t start, std::uint64_t end,
+                std::size_t behind_name = 20) {
+  const std::size_t n = name.size();
   Fields fields(0x2077, n + 19 + behind_name);
-  fields.put(11, l.flags, 1).put(12, l.kind, 1).put(15, n, 4).text(19, l.name);
-  return fields.put(n + 19, l.start, 5).put(n + 27, l.end, 5);
+  fields.put(11, flags, 1).put(12, kind, 1).put(15, n, 4).text(19, name);
+  return fields.put(n + 19, start, 5).put(n + 27, end, 5);
 }
 
 std::string locations_of(const std::vector<Fields>& blocks) {
   BlockWriter w;
   for (const Fields& block : blocks) block.into(w);
-  const Image image(w);
-  std::string out;
-  for (const MemoryLocation& l : read_memory_locations(image.session)) {
-    char text[256];
-    std::snprintf(text, sizeof text, "%.*s:%d %g-%g%s", static_cast<int>(l.name.size()), l.name.data(), l.kind, l.start,
-                  l.end, l.in_samples ? "s" : "");
-    out += text;
-    if (l.palette != -2) out += " palette " + std::to_string(l.palette);
-    if (l.marker_color != -1) out += " color " + std::to_string(l.marker_color);
-    if (l.stored_rgb != -1) out += " rgb " + std::to_string(l.stored_rgb);
-    out += ", ";
-  }
-  return out;
+  return tables_of(w).rows("locations");
 }
 
 TEST(MemoryLocations, PlacesAndKinds) {
   const struct {
     const char* what;
-    Location location;
+    Fields block;
     const char* read;
   } cases[] = {
-      {"a marker in ticks", {"A", 0, 1, kTicks + 5, kTicks + 5}, "A:1 5-5, "},
-      {"stored as 9", {"A", 0, 9, kTicks, kTicks}, "A:1 0-0, "},
-      {"a selection", {"A", 0, 2, kTicks, kTicks + 7}, "A:2 0-7, "},
-      {"no time property", {"", 0, 0, kTicks, kTicks}, ":0 0-0, "},
-      {"no such kind", {"A", 0, 3, kTicks, kTicks}, ""},
-      {"in samples", {"A", 2, 1, 48000, 48000}, "A:1 48000-48000s, "},
-      {"in samples without the flag", {"A", 0xFD, 1, 48000, 48000}, ""},
-      {"in samples backwards", {"A", 2, 2, 48001, 48000}, ""},
-      {"one end in samples makes both", {"A", 2, 2, 48000, kTicks}, "A:2 48000-1e+12s, "},
-      {"backwards in ticks stays", {"A", 0, 2, kTicks + 9, kTicks + 7}, "A:2 9-7, "},
-      {"a name of bytes", {"caf\xc3\xa9", 0, 1, kTicks, kTicks}, "caf\xc3\xa9:1 0-0, "},
-      {"a name that is no text", {"a\x01", 0, 1, kTicks, kTicks}, ""},
-      {"too long a name", {std::string(129, 'a'), 0, 1, kTicks, kTicks}, ""},
+      {"a marker in ticks", location("A", 0, 1, kTicks + 5, kTicks + 5), "0: \"A\" marker 5 to 5 ticks"},
+      {"stored as 9", location("A", 0, 9, kTicks, kTicks), "0: \"A\" marker 0 to 0 ticks"},
+      {"a selection", location("A", 0, 2, kTicks, kTicks + 7), "0: \"A\" selection 0 to 7 ticks"},
+      {"no time property", location("", 0, 0, kTicks, kTicks), "0: \"\" no-time 0 to 0 ticks"},
+      {"no such kind", location("A", 0, 3, kTicks, kTicks), ""},
+      {"in samples", location("A", 2, 1, 480, 480), "0: \"A\" marker 480 to 480 samples"},
+      {"in samples without the flag", location("A", 0xFD, 1, 48000, 48000), ""},
+      {"in samples backwards", location("A", 2, 2, 48001, 48000), ""},
+      {"one end in samples", location("A", 2, 2, 480, kTicks), "0: \"A\" selection 480 to 1e+12 samples"},
+      {"backwards in ticks stays", location("A", 0, 2, kTicks + 9, kTicks + 7), "0: \"A\" selection 9 to 7 ticks"},
+      {"a name of bytes", location("\xc3\xa9", 0, 1, kTicks, kTicks), "0: \"\xc3\xa9\" marker 0 to 0 ticks"},
+      {"a name that is no text", location("a\x01", 0, 1, kTicks, kTicks), ""},
+      {"too long a name", location(std::string(129, 'a'), 0, 1, kTicks, kTicks), ""},
   };
-  for (const auto& one : cases) EXPECT_EQ(locations_of({location(one.location, 20)}), one.read) << one.what;
+  for (const auto& one : cases) EXPECT_EQ(locations_of({one.block}), one.read) << one.what;
 }
 
 TEST(MemoryLocations, Colors) {
-  const Location a{"abc", 0, 1, kTicks, kTicks};
+  const auto abc = [](std::size_t behind) { return location("abc", 0, 1, kTicks, kTicks, behind); };
+  const std::string read = "0: \"abc\" marker 0 to 0 ticks";
   // The other form: a palette index, where the block reaches it.
-  EXPECT_EQ(locations_of({location(a, 121).put(3 + 145, 0xFFFE, 2)}), "abc:1 0-0, ");
-  EXPECT_EQ(locations_of({location(a, 121).put(3 + 145, 57, 2)}), "abc:1 0-0 palette 57, ");
-  EXPECT_EQ(locations_of({location(a, 120)}), "abc:1 0-0, ");
-  EXPECT_EQ(locations_of({location(a, 263).put(3 + 145, 58, 2)}), "abc:1 0-0 palette 58, ");
+  EXPECT_EQ(locations_of({abc(121).put(3 + 145, 0xFFFE, 2)}), read);
+  EXPECT_EQ(locations_of({abc(121).put(3 + 145, 57, 2)}), read + " palette=57");
+  EXPECT_EQ(locations_of({abc(120)}), read);
+  EXPECT_EQ(locations_of({abc(263).put(3 + 145, 58, 2)}), read + " palette=58");
   // The long form: a marker colour, and perhaps one of its own.
-  Fields long_form = location(a, 264).put(3 + 139, 12, 2).put(3 + 224, 0xAB, 1).put(3 + 226, 0xCD, 1);
-  EXPECT_EQ(locations_of({long_form.put(3 + 228, 0xEF, 1)}), "abc:1 0-0 color 12 rgb 11259375, ");
-  EXPECT_EQ(locations_of({long_form.put(3 + 225, 1, 1)}), "abc:1 0-0 color 12, ");
+  Fields long_form = abc(264).put(3 + 139, 12, 2).put(3 + 224, 0xAB, 1).put(3 + 226, 0xCD, 1).put(3 + 228, 0xEF, 1);
+  EXPECT_EQ(locations_of({long_form}), read + " marker_color=12 rgb=11259375");
+  EXPECT_EQ(locations_of({long_form.put(3 + 225, 1, 1)}), read + " marker_color=12");
 }
 
 TEST(MemoryLocations, OneThatRepeatsAnotherIsDropped) {
-  const Location a{"A", 0, 1, kTicks + 5, kTicks + 5}, b{"B", 0, 1, kTicks + 1, kTicks + 1};
-  Location again = a, other_kind = a;
-  again.flags = 1;
-  other_kind.kind = 2;
-  const Location in_samples = {"A", 2, 1, 5, 5};  // the same numbers in another unit
-  EXPECT_EQ(locations_of({location(a, 20), location(b, 20), location(again, 30), location(other_kind, 20),
-                          location(in_samples, 20), location(b, 20)}),
-            "A:1 5-5, B:1 1-1, A:2 5-5, ");
-}
-
-TEST(SessionSettings, EveryCutOfASessionIsRead) {
-  BlockWriter w;
-  const SecondRecord second{12, 30};
-  timecode(5, 15, &second).into(w);
-  w.bytes(settings_behind_path({"Disk", "Users"}, 15, 1, 1, 32));
-  Fields(0x2066, 60).text(13, "\0   0| 1| 000\0   1| 0| 000\0"sv).into(w);
-  meter_block(w, {{0, 1, 6, 8}, {4 * 960000, 3, 3, 4}});
-  location({"Chorus", 0, 1, kTicks, kTicks}, 264).into(w);
-  location({"Verse", 0, 1, kTicks, kTicks}, 121).into(w);
-  test::each_cut(test::image_of(w.take()), [](ByteView cut) {
-    const SessionImage image(cut);
-    read_session_settings(image);
-    read_meter_map(image);
-    read_memory_locations(image);
-  });
+  const auto at = [](const char* name, unsigned flags, unsigned kind, std::uint64_t t, std::size_t behind = 20) {
+    return location(name, flags, kind, t, t, behind);
+  };
+  EXPECT_EQ(locations_of({at("A", 0, 1, kTicks + 5), at("B", 0, 1, kTicks + 1), at("A", 1, 1, kTicks + 5, 30),
+                          at("A", 0, 2, kTicks + 5), at("A", 2, 1, 5),  // the same numbers in another unit
+                          at("B", 0, 1, kTicks + 1)}),
+            "0: \"A\" marker 5 to 5 ticks\n1: \"B\" marker 1 to 1 ticks\n2: \"A\" selection 5 to 5 ticks");
 }
 
 }  // namespace

@@ -1,30 +1,28 @@
-// The readers of the mixer's strips, on images made by hand: rows and names, levels and sends, track data, MIDI setup,
-// playlist owners, automation lanes.
+// The readers of the mixer's strips: rows and names, levels and sends, track data, MIDI setup, playlist owners,
+// automation lanes.
 #include <gtest/gtest.h>
 
 #include <random>
 #include <string>
 
-#include "base/min_tree.h"
-#include "base/text_index.h"
 #include "image/bus_finder.h"
 #include "image/counted_texts.h"
 #include "image/first_fit.h"
 #include "session/mixer/lanes.h"
-#include "session/mixer/midi_strips.h"
 #include "session/mixer/name_table.h"
-#include "session/mixer/playlist_owners.h"
 #include "session/mixer/strip_records.h"
 #include "session/mixer/strip_rows.h"
-#include "session/mixer/track_rows.h"
-#include "support/hand_image.h"
+#include "support/tables.h"
 
 namespace frt {
 namespace {
 
 using test::BlockWriter;
 using test::Image;
+using test::tables_of;
 using Names = std::vector<std::string_view>;
+
+constexpr std::uint16_t kAudio = 0x261b, kMaster = 0x261d, kMidi = 0x2620, kInstrument = 0x2621;
 
 void table_entry(BlockWriter& w, std::string_view name, std::size_t size_less_name = 72, unsigned type = 0,
                  unsigned has_track = 0, std::uint64_t id = 0) {
@@ -40,6 +38,7 @@ struct Lane {
   int initial = 0;
   std::vector<std::pair<std::uint32_t, int>> points = {};
 };
+using Lanes = std::vector<Lane>;
 
 void lane(BlockWriter& w, const Lane& lane, bool ticks = false) {
   w.open(0x260a).zeros(16).u16(static_cast<unsigned>(lane.points.size())).u8(ticks ? 1 : 0).zeros(7);
@@ -64,20 +63,23 @@ void level(BlockWriter& w, const Level& l) {
   w.leaf(0x1029, content);
 }
 
-void name_block(BlockWriter& w, std::string_view name) { w.open(0x2619).text(name).close(); }
-
-// A strip row with its name, a mix group with level and slot, and lanes in the group.
-void row(BlockWriter& w, unsigned type, std::string_view name, const Level& l, const std::vector<Lane>& lanes = {}) {
-  w.open(static_cast<std::uint16_t>(type));
-  name_block(w, name);
-  w.open(0x260d);
-  level(w, l);
-  for (const Lane& each : lanes) lane(w, each);
-  w.open(0x260e).u16(65535).close();
-  w.close().close();
+BlockWriter& open_row(BlockWriter& w, std::uint16_t type, std::string_view name) {
+  return w.open(type).open(0x2619).text(name).close();
 }
 
-std::vector<std::string> strings(const Names& names) { return {names.begin(), names.end()}; }
+// A strip row with its name, a mix group with level and slot, and lanes in the group.
+void row(BlockWriter& w, std::string_view name, const Level& l, const Lanes& lanes = {}, std::uint16_t type = kAudio) {
+  open_row(w, type, name).open(0x260d);
+  level(w, l);
+  for (const Lane& each : lanes) lane(w, each);
+  w.open(0x260e).u16(65535).close().close().close();
+}
+
+std::string join(const Names& names) {
+  std::string out;
+  for (const auto name : names) (out += name) += ',';
+  return out;
+}
 
 // ---- what the readers stand on ----
 
@@ -123,67 +125,76 @@ TEST(FirstFit, AnswersLikeAWalkHoweverBlocksOverlap) {
   }
 }
 
-// ---- rows ----
-
-void named_row(BlockWriter& w, unsigned type, std::string_view name) {
-  w.open(static_cast<std::uint16_t>(type));
-  name_block(w, name);
-  w.close();
+TEST(NearestBus, AnswersLikeASearchForEachName) {
+  std::mt19937 random(11);
+  const Names names = {"aab", "aabb", "abab", "bab", "bbbbb"};
+  std::vector<std::uint8_t> bytes(12000);
+  for (auto& b : bytes) b = static_cast<std::uint8_t>(random() % 40 ? '-' : 'a');
+  for (std::size_t i = 0; i + 8 < bytes.size(); i += 1 + random() % 900) {
+    for (std::size_t k = 0; k < 8; ++k) bytes[i + k] = static_cast<std::uint8_t>('a' + random() % 2);
+  }
+  const ByteView view(bytes.data(), bytes.size());
+  NearestBus buses(view, names);
+  for (std::uint64_t v = 0; v < bytes.size(); v += random() % 700) {
+    const std::uint64_t from = v < 1500 ? 0 : v - 1500, end = std::min<std::uint64_t>(v + 1500, bytes.size());
+    std::string_view best;
+    std::uint64_t best_distance = UINT64_MAX;
+    for (const auto name : names) {
+      for (std::uint64_t p = from; p + name.size() <= end; ++p) {
+        const std::uint64_t distance = p < v ? v - p : p - v;
+        if (!view.equals(p, name) || distance > best_distance) continue;
+        if (distance == best_distance && name.size() <= best.size()) continue;
+        best = name;
+        best_distance = distance;
+      }
+    }
+    ASSERT_EQ(buses.near(v).value_or(""), best) << v;
+  }
 }
+
+// ---- rows and names ----
 
 TEST(StripRows, EachRowTypeIsARowNamedByItsFirstNameBlockEvenIfItsTextFails) {
   BlockWriter w;
-  for (const unsigned type : {0x2620u, 0x2621u, 0x261fu, 0x2623u}) named_row(w, type, std::to_string(type));
-  w.open(0x261d);
-  named_row(w, 0x261b, "Master");  // an audio row inside a master is none
-  w.close().open(0x261b);
-  name_block(w, "a\x01z");
-  name_block(w, "Second");
-  w.close();
-  named_row(w, 0x261b, "");
-  w.open(0x261b).u32(0).close();
-  named_row(w, 0x261b, std::string(80, 'n'));
-  named_row(w, 0x261b, std::string(81, 'n'));
-  const Image image(w);
-  const auto rows = read_strip_rows(image.session);
-  std::string names;
-  for (const StripRow& r : rows) names += std::string(r.original_name) + (r.name_block_empty ? "(empty) " : " ");
-  EXPECT_EQ(names, "9760 9761 9759 9763 Master  (empty)  " + std::string(80, 'n') + "  ");
-  ASSERT_EQ(rows.size(), 10u);
-  EXPECT_EQ(rows[4].content_type, 0x261du);
-  EXPECT_TRUE(rows[5].has_name_block);
-  EXPECT_FALSE(rows[7].has_name_block);
+  for (const unsigned type : {0x2620u, 0x2621u, 0x261fu, 0x2623u})
+    open_row(w, static_cast<std::uint16_t>(type), std::to_string(type)).close();
+  open_row(w.open(kMaster), kAudio, "Master").close().close();  // an audio row inside a master is none
+  open_row(w, kAudio, "a\x01z").open(0x2619).text("Second").close().close();
+  open_row(w, kAudio, "").close().open(kAudio).u32(0).close();
+  for (const std::size_t length : {80u, 81u}) open_row(w, kAudio, std::string(length, 'n')).close();
+  const std::string at_rest = " | height=0 display=0\n";
+  EXPECT_EQ(tables_of(w).rows("strip rows") + "\n",
+            "0: midi \"9760\"" + at_rest + "1: instrument \"9761\"" + at_rest + "2: vca \"9759\"" + at_rest +
+                "3: video \"9763\"" + at_rest + "4: master \"Master\"" + at_rest + "5: audio \"\"" + at_rest +
+                "6: audio \"\" empty-name" + at_rest + "7: audio \"\" no-name-block" + at_rest + "8: audio \"" +
+                std::string(80, 'n') + "\"" + at_rest + "9: audio \"\"" + at_rest);
 }
 
 TEST(StripRows, AZeroBeforeTheVisibilityBlockMakesARowInactive) {
-  struct Case {
-    const char* what;
+  const struct {
+    std::string what;
     unsigned before;
     std::uint32_t size;
     bool active;
-  };
-  for (const Case& c : {Case{"zero", 0, 4, false}, Case{"one", 1, 4, true}, Case{"whatever its size says", 0, 0, false},
-                        Case{"even past the image", 0, 0x7fffffff, false}}) {
+  } cases[] = {{"zero", 0, 4, false},
+               {"one", 1, 4, true},
+               {"whatever its size says", 0, 0, false},
+               {"even past the image", 0, 0x7fffffff, false}};
+  for (const auto& c : cases) {
     BlockWriter w;
-    w.open(0x261b);
-    name_block(w, "A");
-    w.u8(c.before).u8('Z').u16(1).u32(c.size).u16(0x2627);
-    w.u8(0).u8('Z').u16(1).u32(4).u16(0x2627).u16(0);  // only the first one counts
-    w.close();
-    const Image image(w);
-    const auto rows = read_strip_rows(image.session);
-    EXPECT_EQ(rows.at(0).row_active, c.active) << c.what;
+    open_row(w, kAudio, c.what).u8(c.before).u8('Z').u16(1).u32(c.size).u16(0x2627);
+    w.u8(0).u8('Z').u16(1).u32(4).u16(0x2627).u16(0).close();  // only the first one counts
+    EXPECT_EQ(tables_of(w).count("strip rows", "inactive"), c.active ? 0u : 1u) << c.what;
   }
 }
 
 TEST(StripRows, NamesOfTheTrackTableComeInWhereTheirNumberFits) {
-  struct Case {
+  const struct {
     const char* what;
     Names entries;
     bool aligned;
     Names current;
-  };
-  const std::vector<Case> cases = {
+  } cases[] = {
       {"one each", {"x", "y"}, true, {"x", "y"}},
       {"twice over", {"x", "y", "x", "y"}, true, {"x", "y"}},
       {"one too few", {"x"}, false, {"r0", "r1"}},
@@ -193,33 +204,24 @@ TEST(StripRows, NamesOfTheTrackTableComeInWhereTheirNumberFits) {
       {"the same twice over", {"x", "y", "x", ""}, true, {"x", "y"}},
       {"neither texts nor entries fit", {"x", "", "y", "", "z"}, false, {"r0", "r1"}},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     BlockWriter w;
-    for (const char* name : {"r0", "r1"}) named_row(w, 0x261b, name);
+    for (const char* name : {"r0", "r1"}) open_row(w, kAudio, name).close();
     for (const auto entry : c.entries) table_entry(w, entry);
     const Image image(w);
-    bool aligned = !c.aligned;
-    const auto rows = read_strip_rows(image.session, &aligned);
+    const auto [rows, aligned] = read_strip_rows(image.session);
     EXPECT_EQ(aligned, c.aligned) << c.what;
-    ASSERT_EQ(rows.size(), 2u);
-    EXPECT_EQ((Names{rows[0].current_name, rows[1].current_name}), c.current) << c.what;
+    EXPECT_EQ((Names{rows.at(0).current_name, rows.at(1).current_name}), c.current) << c.what;
     EXPECT_EQ(rows[0].original_name, "r0");
   }
 }
 
-// ---- the table of names ----
-
 TEST(NameTable, RunsFromTheFirstKnownNameUntilAGap) {
-  struct Part {
-    std::string_view text;
-    std::size_t gap_behind;
-  };
-  struct Case {
+  const struct {
     const char* what;
-    std::vector<Part> parts;
+    std::vector<std::pair<std::string_view, std::size_t>> texts;  // and the gap behind each
     Names known, expected;
-  };
-  const std::vector<Case> cases = {
+  } cases[] = {
       {"starts at a known name", {{"stray", 0}, {"Kick", 0}, {"Snare", 0}}, {"Kick", "Snare"}, {"Kick", "Snare"}},
       {"no known name", {{"Kick", 0}}, {"Bass"}, {}},
       {"40 bytes between", {{"Kick", 40}, {"Snare", 0}}, {"Kick"}, {"Kick", "Snare"}},
@@ -228,54 +230,46 @@ TEST(NameTable, RunsFromTheFirstKnownNameUntilAGap) {
       {"a path bridges no gap", {{"Kick", 30}, {"a/b", 8}, {"Snare", 0}}, {"Kick"}, {"Kick"}},
       {"one letter is no name", {{"Kick", 4}, {"x", 4}, {"Snare", 0}}, {"Kick"}, {"Kick", "Snare"}},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     BlockWriter w;
-    for (const Part& part : c.parts) w.text(part.text).fill(part.gap_behind, 1);
+    for (const auto& [text, gap] : c.texts) w.text(text).fill(gap, 1);
     const Image image(w);
-    EXPECT_EQ(strings(read_name_table(image.session, c.known)), strings(c.expected)) << c.what;
+    EXPECT_EQ(join(read_name_table(image.session, c.known)), join(c.expected)) << c.what;
   }
 }
 
 TEST(StripTable, RowLabelsReplaceTheScanIfEveryRowHasItsOwn) {
-  struct Case {
+  const struct {
     const char* what;
     Names labels, expected;
     int scan_count;
-  };
-  const std::vector<Case> cases = {
+  } cases[] = {
       {"other names", {"A1", "B1"}, {"A1", "B1"}, 2},
       {"the same names", {"Kick", "Snare"}, {"Kick", "Snare"}, -1},
       {"a row without a label", {"A1", ""}, {"Kick", "Snare"}, -1},
       {"a label twice", {"A1", "A1"}, {"Kick", "Snare"}, -1},
       {"no row at all", {}, {"Kick", "Snare"}, -1},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     BlockWriter w;
     w.text("Kick").text("Snare");
     const Image image(w);
-    std::vector<StripRow> rows;
-    for (const auto label : c.labels) {
-      StripRow r;
-      (rows.empty() ? r.original_name : r.current_name) = label;
-      rows.push_back(r);
-    }
+    std::vector<StripRow> rows(c.labels.size());
+    for (std::size_t i = 0; i < rows.size(); ++i) (i == 0 ? rows[i].original_name : rows[i].current_name) = c.labels[i];
     const StripTable table = choose_strip_table(image.session, {"Kick"}, rows);
-    EXPECT_EQ(strings(table.names), strings(c.expected)) << c.what;
+    EXPECT_EQ(join(table.names), join(c.expected)) << c.what;
     EXPECT_EQ(table.name_scan_count, c.scan_count) << c.what;
   }
 }
 
 TEST(BusNames, AreNamesWithBothSidesAndPairsOfNumberedBusses) {
-  struct Case {
+  const std::string longest(40, 'n'), too_long(41, 'n');
+  const struct {
     const char* what;
     Names texts;
-    std::string_view plain;
+    std::string plain;
     Names expected;
-  };
-  const std::string longest(40, 'n'), too_long(41, 'n');
-  const std::string longest_sides = longest + ".L " + longest + ".R",
-                    too_long_sides = too_long + ".L " + too_long + ".R";
-  const std::vector<Case> cases = {
+  } cases[] = {
       {"both sides", {"Verb"}, "Verb.L Verb.R", {"Verb"}},
       {"one side", {"Verb"}, "Verb.L Verb.L", {}},
       {"sides inside longer words", {"Verb"}, "BigVerb.L xVerb.R", {"Verb"}},
@@ -283,59 +277,42 @@ TEST(BusNames, AreNamesWithBothSidesAndPairsOfNumberedBusses) {
       {"the sides as counted texts", {"Verb", "Verb.L", "Verb.R"}, "", {"Verb"}},
       {"too short", {"ab"}, "ab.L ab.R", {}},
       {"as short as can be", {"abc"}, "abc.L abc.R", {"abc"}},
-      {"as long as can be", {longest}, longest_sides, {longest}},
-      {"too long", {too_long}, too_long_sides, {}},
+      {"as long as can be", {longest}, longest + ".L " + longest + ".R", {longest}},
+      {"too long", {too_long}, too_long + ".L " + too_long + ".R", {}},
       {"a path", {"Music"}, "Music.L Music.R", {}},
       {"numbered pair", {"Bus 1-2", "Bus 1", "Bus 2"}, "", {"Bus 1-2"}},
       {"half a pair", {"Bus 1-2", "Bus 1"}, "", {}},
       {"no pair, whatever its sides", {"Bus 1", "Bus Verb"}, "Bus 1.L Bus 1.R Bus Verb.L Bus Verb.R", {}},
       {"sorted by bytes", {"b bus", "B bus"}, "b bus.L b bus.R B bus.L B bus.R", {"B bus", "b bus"}},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     BlockWriter w;
     for (const auto text : c.texts) w.text(text).u8(0);
     w.raw(c.plain);
     const Image image(w);
-    EXPECT_EQ(strings(read_bus_names(image.session)), strings(c.expected)) << c.what;
+    EXPECT_EQ(join(read_bus_names(image.session)), join(c.expected)) << c.what;
   }
 }
 
 // ---- levels and sends ----
 
-std::vector<StripRecord> records(const Image& image, const Names& table, const Names& buses = {},
-                                 const std::vector<StripRow>& rows = {}) {
-  return read_strip_records(image.session, table, buses, rows);
+TEST(StripRecords, ALevelRecordKeepsItsLimits) {
+  BlockWriter w;
+  row(w, "lowest fader", {-1450, true, -100, 100});
+  row(w, "below it", {-1451});
+  row(w, "highest fader", {125});
+  row(w, "above it", {126});
+  row(w, "flag 1", {0, false, 0, 0, 1});
+  row(w, "flag 2", {0, false, 0, 0, 2});
+  row(w, "too small", {0, false, 0, 0, 0, 156});
+  EXPECT_EQ(tables_of(w).rows("strips"),
+            "0: \"lowest fader\" -145 dB pan=-100 pan2=100 muted\n1: \"below it\" no mixer data\n"
+            "2: \"highest fader\" 12.5 dB pan=0\n3: \"above it\" no mixer data\n4: \"flag 1\" 0 dB pan=0\n"
+            "5: \"flag 2\" no mixer data\n6: \"too small\" no mixer data");
 }
 
-TEST(StripRecords, ALevelRecordKeepsItsLimits) {
-  struct Case {
-    const char* what;
-    Level level;
-    bool read;
-  };
-  const std::vector<Case> cases = {
-      {"lowest fader", {-1450, true, -100, 100}, true},
-      {"below it", {-1451}, false},
-      {"highest fader", {125}, true},
-      {"above it", {126}, false},
-      {"flag 1", {0, false, 0, 0, 1}, true},
-      {"flag 2", {0, false, 0, 0, 2}, false},
-      {"too small", {0, false, 0, 0, 0, 156}, false},
-  };
-  for (const Case& c : cases) {
-    BlockWriter w;
-    w.text("Kick");
-    level(w, c.level);
-    const Image image(w, 300);
-    const auto strip = records(image, {"Kick"}).at(0);
-    EXPECT_EQ(strip.has_mixer_data, c.read) << c.what;
-    if (!c.read) continue;
-    EXPECT_DOUBLE_EQ(strip.fader_db, c.level.fader / 10.0) << c.what;
-    EXPECT_EQ(strip.muted, c.level.muted) << c.what;
-    EXPECT_EQ(strip.pan, c.level.pan) << c.what;
-    EXPECT_EQ(strip.second_pan, c.level.second_pan) << c.what;
-    EXPECT_EQ(strip.record_position, 20 + 8 + 10u) << c.what;
-  }
+std::vector<StripRecord> records(const Image& image, const Names& table, const Names& buses = {}) {
+  return read_strip_records(image.session, table, buses, {});
 }
 
 TEST(StripRecords, WithoutAlignedRowsTheLastNameBeforeARecordHasIt) {
@@ -360,77 +337,41 @@ TEST(StripRecords, WithoutAlignedRowsTheLastNameBeforeARecordHasIt) {
   }
 }
 
-TEST(StripRecords, AlignedRowsHoldTheirRecordsAndATakenStripTakesNoMore) {
+TEST(StripRecords, AlignedRowsHoldTheirRecordsAndAStrayOneIsNobodys) {
   BlockWriter w;
-  row(w, 0x261b, "Kick", {-10});
-  w.zeros(3000);
-  row(w, 0x261b, "Snare", {-20});
-  w.zeros(3000).text("Kick");
+  row(w, "Kick", {-10});
+  row(w.zeros(3000), "Snare", {-20});
+  open_row(w, kAudio, "Of no level").close().zeros(3000).text("Kick");
   level(w, {-30});
-  const Image image(w);
-  const auto rows = read_strip_rows(image.session);
-  const auto strips = records(image, {"Kick", "Snare"}, {}, rows);
-  EXPECT_DOUBLE_EQ(strips[0].fader_db, -1);
-  EXPECT_DOUBLE_EQ(strips[1].fader_db, -2);
+  EXPECT_EQ(tables_of(w).rows("strips"),
+            "0: \"Kick\" -1 dB pan=0\n1: \"Snare\" -2 dB pan=0\n2: \"Of no level\" no mixer data");
 }
 
-TEST(StripRecords, APlainRecordOfAKnownStripIsPassedOver) {
+TEST(StripRecords, FurtherRecordsOfAGroupAreSendsToTheNearestBusUnlessTheyArePlain) {
+  BlockWriter w;
+  w.text("Kick");
+  level(w, {0});
+  level(w, {-60});
+  w.raw("Verb");
+  level(w, {-120});  // right behind a bus
+  w.raw("Delay");
+  const Image image(w, 3000);
+  const auto sends = records(image, {"Kick"}, {"Delay", "Verb"}).at(0).sends;
+  ASSERT_EQ(sends.size(), 2u);
+  EXPECT_EQ(sends[0].bus, "Verb");
+  EXPECT_DOUBLE_EQ(sends[0].level_db, -6);
+  EXPECT_EQ(sends[1].bus, "Verb");
+  EXPECT_DOUBLE_EQ(sends[1].level_db, -12);
+  EXPECT_TRUE(records(image, {"Kick"}, {"Chorus"}).at(0).sends.empty());
+
   for (const bool with_slot : {false, true}) {
-    BlockWriter w;
     w.text("Kick");
     level(w, {-10});
     w.raw("Verb").open(0x260d);
     level(w, {-20});
     if (with_slot) w.open(0x260e).u16(0).close();
     w.close();
-    const Image image(w);
-    EXPECT_EQ(records(image, {"Kick"}, {"Verb"})[0].sends.size(), with_slot ? 1u : 0u);
-  }
-}
-
-TEST(StripRecords, FurtherRecordsOfAGroupAreSendsToTheNearestBus) {
-  BlockWriter w;
-  w.text("Kick");
-  level(w, {0});
-  level(w, {-60});
-  w.raw("Verb");
-  level(w, {-120});
-  w.raw("Delay");
-  const Image image(w, 3000);
-  const auto strip = records(image, {"Kick"}, {"Delay", "Verb"}).at(0);
-  ASSERT_EQ(strip.sends.size(), 2u);
-  EXPECT_EQ(strip.sends[0].bus, "Verb");
-  EXPECT_DOUBLE_EQ(strip.sends[0].level_db, -6);
-  EXPECT_EQ(strip.sends[1].bus, "Verb");  // right before the record
-  EXPECT_DOUBLE_EQ(strip.sends[1].level_db, -12);
-  EXPECT_TRUE(records(image, {"Kick"}, {"Chorus"}).at(0).sends.empty());
-}
-
-TEST(NearestBus, AnswersLikeASearchForEachName) {
-  std::mt19937 random(11);
-  const Names names = {"aab", "aabb", "abab", "bab", "bbbbb"};
-  std::vector<std::uint8_t> bytes(12000);
-  for (auto& b : bytes) b = static_cast<std::uint8_t>(random() % 40 ? '-' : 'a');
-  for (std::size_t i = 0; i + 8 < bytes.size(); i += 1 + random() % 900) {
-    for (std::size_t k = 0; k < 8; ++k) bytes[i + k] = static_cast<std::uint8_t>('a' + random() % 2);
-  }
-  const ByteView view(bytes.data(), bytes.size());
-  NearestBus buses(view, names);
-  for (std::uint64_t v = 0; v < bytes.size(); v += random() % 700) {
-    const std::uint64_t from = v < 1500 ? 0 : v - 1500, end = std::min<std::uint64_t>(v + 1500, bytes.size());
-    std::string_view best;
-    std::uint64_t best_distance = UINT64_MAX;
-    for (const auto name : names) {
-      for (std::uint64_t p = from; p + name.size() <= end; ++p) {
-        if (!view.equals(p, name)) continue;
-        const std::uint64_t distance = p < v ? v - p : p - v;
-        if (distance < best_distance || (distance == best_distance && name.size() > best.size())) {
-          best = name;
-          best_distance = distance;
-        }
-      }
-    }
-    ASSERT_EQ(buses.near(v).value_or(""), best) << v;
+    EXPECT_EQ(records(Image(w), {"Kick"}, {"Verb"})[0].sends.size(), with_slot ? 1u : 0u);
   }
 }
 
@@ -443,42 +384,54 @@ TEST(DisplayRows, EntriesOfEachKnownSizeAreRead) {
     table_entry(w, "Audio", size, 0, 1, 0x1122334455667788);
     table_entry(w, "Folder", size, 11);
     w.close();
-    const Image image(w);
-    const auto rows = read_display_rows(image.session);
-    ASSERT_EQ(rows.size(), 2u) << size;
-    EXPECT_EQ(rows[0].name, "Audio");
-    EXPECT_EQ(rows[0].width, 2);
-    EXPECT_EQ(rows[0].has_track, size >= 62) << size;
-    EXPECT_EQ(rows[0].display_id, 0x1122334455667788u) << size;
-    EXPECT_EQ(rows[1].row_type, 11);
-    EXPECT_TRUE(rows[1].has_track);
-    EXPECT_EQ(rows[1].display_id, 0u);
+    EXPECT_EQ(tables_of(w).rows("display rows"), "0: \"Audio\" type=0 width=2" +
+                                                     std::string(size >= 62 ? " track" : "") +
+                                                     " id=1122334455667788\n1: \"Folder\" type=11 width=2 track")
+        << size;
   }
 }
 
 TEST(DisplayRows, StopWhereTheTableComesRoundAndVanishWithAnUnknownEntry) {
-  struct Case {
+  const std::string long_name(200, 'x'), too_long(201, 'x');
+  const struct {
     const char* what;
     std::vector<std::pair<std::string_view, std::size_t>> entries;
-    std::size_t expected;
+    std::size_t expected, refused;
+  } cases[] = {
+      {"comes round", {{"A", 72}, {"B", 72}, {"A", 72}, {"C", 72}}, 2, 0},
+      {"a later name again is no end", {{"A", 72}, {"B", 72}, {"B", 72}}, 3, 0},
+      {"unknown size", {{"A", 72}, {"B", 73}}, 0, 1},
+      {"no name", {{"A", 72}, {"", 72}}, 0, 1},
+      {"longest name", {{"A", 72}, {long_name, 72}}, 2, 0},
+      {"longer name", {{"A", 72}, {too_long, 72}}, 0, 1},
   };
-  const std::string long_name(200, 'x'), too_long(201, 'x');
-  const std::vector<Case> cases = {
-      {"comes round", {{"A", 72}, {"B", 72}, {"A", 72}, {"C", 72}}, 2},
-      {"a later name again is no end", {{"A", 72}, {"B", 72}, {"B", 72}}, 3},
-      {"unknown size", {{"A", 72}, {"B", 73}}, 0},
-      {"no name", {{"A", 72}, {"", 72}}, 0},
-      {"longest name", {{"A", 72}, {long_name, 72}}, 2},
-      {"longer name", {{"A", 72}, {too_long, 72}}, 0},
-  };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     BlockWriter w;
     w.open(0x2519);
     for (const auto& [name, size] : c.entries) table_entry(w, name, size);
-    w.close();
-    const Image image(w);
-    EXPECT_EQ(read_display_rows(image.session).size(), c.expected) << c.what;
+    const auto tables = tables_of(w.close());
+    EXPECT_EQ(tables.count("display rows", "type="), c.expected) << c.what;
+    EXPECT_EQ(tables.count("refused", "TrackTableEntry"), c.refused) << c.what;
   }
+}
+
+TEST(TrackTable, OnlyEntriesThatEndInAMarkTellInactiveTracks) {
+  for (const auto& [end, inactive] :
+       {std::pair{0u, 1u}, {1u, 1u}, {24u, 1u}, {25u, 0u}, {48u, 1u}, {95u, 0u}, {96u, 1u}, {255u, 1u}, {256u, 0u}}) {
+    test::SessionBuilder s;
+    s.layout.row_entry_end = end;
+    s.track("A");
+    EXPECT_EQ(tables_of(s).count("inactive by table", "A"), 0u) << "entries of 62";
+    s.layout.row_entry = 72;
+    EXPECT_EQ(tables_of(s).count("inactive by table", "A"), 2 * inactive) << end;
+  }
+}
+
+TEST(VoiceOff, NamesTheRowWhoseWrapperSaysSoByBothItsNames) {
+  test::SessionBuilder s;
+  s.track("silent").renamed_from("off").turn_voice_off();
+  s.track("on");
+  EXPECT_EQ(tables_of(s).rows("voice off"), "0: \"silent\"\n1: \"off\"");
 }
 
 void track_data(BlockWriter& w, int height, std::string_view comment, unsigned behind, int position = -1) {
@@ -488,8 +441,7 @@ void track_data(BlockWriter& w, int height, std::string_view comment, unsigned b
 }
 
 void audio_row(BlockWriter& w, std::string_view name, unsigned solo, unsigned mode, std::size_t left = 1) {
-  w.open(0x261b).open(0x102d);
-  name_block(w, name);
+  w.open(kAudio).open(0x102d).open(0x2619).text(name).close();
   w.u8(solo).u8(mode).zeros(left).close().close();
 }
 
@@ -501,77 +453,36 @@ TEST(TrackRows, GoWithTheStripRowsOfTheSameNumber) {
   track_data(w, 36, "say", 1);
   track_data(w, 92, "", 0, 5);
   track_data(w, 300, "", 2);
-  const Image image(w);
-  const auto rows = read_strip_rows(image.session);
-  const auto data = read_track_rows(image.session, rows);
-  ASSERT_EQ(data.size(), 3u);
-  EXPECT_EQ(data[0].row_visible, 0);
-  EXPECT_EQ(data[0].row_height, 36);
-  EXPECT_EQ(data[0].comment, "say");
-  const int expected[3][4] = {{77, 1, 1, 5}, {5, 0, -1, -1}, {77, -1, 1, -1}};
-  for (std::size_t i = 0; i < 3; ++i) {
-    EXPECT_EQ(data[i].display_position, expected[i][0]) << i;
-    EXPECT_EQ(data[i].solo_safe, expected[i][1]) << i;
-    EXPECT_EQ(data[i].solo, expected[i][2]) << i;
-    EXPECT_EQ(data[i].automation_mode, expected[i][3]) << i;
-  }
-  const auto comments = track_comments(rows, data);
-  ASSERT_EQ(comments.size(), 1u);
-  EXPECT_EQ(comments[0], std::pair(std::string_view("A"), std::string_view("say")));
+  EXPECT_EQ(tables_of(w).rows("strip rows"),
+            "0: audio \"A\" | height=36 display=77 hidden solo=1 solo_safe=1 mode=5 comment=\"say\"\n"
+            "1: audio \"B\" | height=92 display=5 hidden solo_safe=0\n"
+            "2: audio \"C\" | height=300 display=77 hidden solo=1");
 }
 
 TEST(TrackRows, AreFoundByNameInATrackListOfTheirNumber) {
   for (const bool list_fits : {true, false}) {
     BlockWriter w;
-    audio_row(w, "B", 0, 1);
-    audio_row(w, "D", 0, 1);
-    track_data(w, 1, "", 0);
-    track_data(w, 2, "", 0);
-    track_data(w, 3, "", 0);
+    for (const char* name : {"B", "D"}) audio_row(w, name, 0, 1);
+    for (const int height : {1, 2, 3}) track_data(w, height, "", 0);
     w.open(0x2519);
     for (const auto* name : {"A", "B", "B"}) table_entry(w, name);
-    if (!list_fits) table_entry(w, "E");
-    w.close();
-    const Image image(w);
-    const auto data = read_track_rows(image.session, read_strip_rows(image.session));
-    EXPECT_EQ(data.at(0).row_height, list_fits ? 2 : 0);
-    EXPECT_EQ(data.at(1).row_height, 0);
-    EXPECT_EQ(data.at(1).solo, -1);
+    for (const auto* name : {"E", "F"}) {
+      if (!list_fits) table_entry(w, name);
+    }
+    EXPECT_EQ(tables_of(w.close()).rows("strip rows"),
+              std::string("0: audio \"B\" | height=") +
+                  (list_fits ? "2 display=77 hidden solo=0 solo_safe=0 mode=1" : "0 display=0") +
+                  "\n1: audio \"D\" | height=0 display=0");
   }
 }
 
-// ---- wrappers ----
-
-TEST(InactiveNames, AreThoseOfTheRowWhoseWrapperSaysSo) {
-  BlockWriter w;
-  for (const unsigned word : {0u, 1u}) {
-    w.open(0x261c);
-    named_row(w, 0x261b, word == 0 ? "off" : "on");
-    w.u16(word).open(0x200b).close().close();
-  }
-  const Image image(w);
-  auto rows = read_strip_rows(image.session);
-  rows[0].current_name = "silent";
-  EXPECT_EQ(strings(read_inactive_names(image.session, rows)), (std::vector<std::string>{"silent", "off"}));
-}
+// ---- playlist owners ----
 
 void track_entry(BlockWriter& w, std::string_view name, std::uint64_t id, bool second_mark = false) {
   w.open(0x1014).text(name).zeros(3);
   if (second_mark) w.u32(42).u64(0xdeadbeefdeadbeef).u8(1);
   w.u32(42).u64(id).close();
 }
-
-struct Owners {
-  explicit Owners(BlockWriter& w) : image(w), rows(read_strip_rows(image.session)) {
-    Names names;
-    for (const StripRow& r : rows) names.push_back(r.current_name);
-    strips = read_strip_records(image.session, names, {}, rows);
-  }
-  ByName<std::size_t> read() const { return read_playlist_owners(image.session, strips, rows); }
-  Image image;
-  std::vector<StripRow> rows;
-  std::vector<StripRecord> strips;
-};
 
 TEST(PlaylistOwners, AWrapperListsItsPlaylistsByNumber) {
   for (const bool in_range : {true, false}) {
@@ -580,14 +491,12 @@ TEST(PlaylistOwners, AWrapperListsItsPlaylistsByNumber) {
     track_entry(w, "Kick", 1001);
     track_entry(w, "Snare", 1002);
     track_entry(w, "Kick.01", 1003);
-    w.close();
-    w.open(0x261c);
-    row(w, 0x261b, "Kick", {});
+    w.close().open(0x261c);
+    row(w, "Kick", {});
     w.u32(0).u16(2).u32(0).u32(in_range ? 2 : 3).u16(65535).open(0x200b).close();
     w.u64(1002).close();
-    const Owners o(w);
     // A list that reads speaks for itself; only where it doesn't ids are sought.
-    EXPECT_EQ(o.read(), (in_range ? ByName<std::size_t>{{"Kick.01", 0}} : ByName<std::size_t>{{"Snare", 0}}));
+    EXPECT_EQ(tables_of(w).rows("playlist owners"), in_range ? "\"Kick.01\" strip 0" : "\"Snare\" strip 0");
   }
 }
 
@@ -599,44 +508,40 @@ TEST(PlaylistOwners, AWrapperWithALevelRecordHoldsTheIdsOfItsPlaylistsAnywhere) 
   track_entry(w, "Both", 0x4444444444);
   track_entry(w, "Of no level", 0x5555555555);
   w.open(0x261c).raw("x").u64(0x2222222222).u64(0x1111111111).u64(0x4444444444);
-  row(w, 0x261b, "Kick", {});
-  w.close().u64(0x3333333333);
-  w.zeros(3000).open(0x261c);
-  row(w, 0x261b, "Snare", {});
-  w.u64(0x4444444444).close();
-  w.zeros(3000).open(0x261c).u64(0x5555555555);
-  named_row(w, 0x261b, "Hat");
-  w.close();
-  const Owners o(w);
-  EXPECT_EQ(o.read(), (ByName<std::size_t>{{"Both", 1}, {"Kick.01", 0}}));
+  row(w, "Kick", {});
+  w.close().u64(0x3333333333).zeros(3000).open(0x261c);
+  row(w, "Snare", {});
+  w.u64(0x4444444444).close().zeros(3000).open(0x261c).u64(0x5555555555);
+  open_row(w, kAudio, "Hat").close().close();
+  EXPECT_EQ(tables_of(w).rows("playlist owners"), "\"Both\" strip 1\n\"Kick.01\" strip 0");
 }
 
 // ---- MIDI ----
 
 TEST(MidiSetups, ComeFromTheFirstSetupBlockOfAMidiRow) {
-  struct Case {
+  const struct {
     const char* what;
-    unsigned row_type;
+    std::uint16_t row_type;
     std::size_t size;
-    int fader, pan, program, expect_fader, expect_pan, expect_program;
+    unsigned pan;
+    const char* read;
+  } cases[] = {
+      {"all", kMidi, 19, 64, " | setup cc7=100 cc10=64 program=5"},
+      {"instrument", kInstrument, 19, 64, " | setup cc7=100 cc10=64 program=5"},
+      {"audio", kAudio, 19, 64, ""},
+      {"unset pan", kMidi, 19, 255, " | setup program=5"},
+      {"no program", kMidi, 17, 64, " | setup cc7=100 cc10=64"},
+      {"too small", kMidi, 15, 64, ""},
   };
-  for (const Case& c :
-       {Case{"all", 0x2620, 19, 100, 64, 5, 100, 64, 5}, Case{"instrument", 0x2621, 19, 100, 64, 5, 100, 64, 5},
-        Case{"audio", 0x261b, 19, 100, 64, 5, -1, -1, -1}, Case{"unset pan", 0x2620, 19, 100, -1, 5, -1, -1, 5},
-        Case{"no program", 0x2620, 17, 100, 64, 5, 100, 64, -1},
-        Case{"too small", 0x2620, 15, 100, 64, 5, -1, -1, -1}}) {
+  for (const auto& c : cases) {
     BlockWriter content;
-    content.i16(c.fader & 255).zeros(6).u8(static_cast<unsigned>(c.pan)).zeros(7).u8(static_cast<unsigned>(c.program));
+    content.u8(100).zeros(7).u8(c.pan).zeros(7).u8(5);
     std::vector<std::uint8_t> bytes = content.take();
     bytes.resize(c.size - 2);
     BlockWriter w;
-    w.open(static_cast<std::uint16_t>(c.row_type)).leaf(0x2036, bytes);
-    w.leaf(0x2036, std::vector<std::uint8_t>(20, 1)).close();
-    const Image image(w);
-    const auto setup = read_midi_setups(image.session, read_strip_rows(image.session)).at(0);
-    EXPECT_EQ(setup.cc7, c.expect_fader) << c.what;
-    EXPECT_EQ(setup.cc10, c.expect_pan) << c.what;
-    EXPECT_EQ(setup.program, c.expect_program) << c.what;
+    w.open(c.row_type).leaf(0x2036, bytes).leaf(0x2036, std::vector<std::uint8_t>(20, 1)).close();
+    const std::string read = tables_of(w).rows("strip rows");
+    EXPECT_TRUE(read.ends_with(std::string("display=0") + c.read)) << c.what << ": " << read;
   }
 }
 
@@ -650,29 +555,17 @@ void properties(BlockWriter& w, std::size_t child_size) {
 
 TEST(RealTimeProperties, AreTakenInTurnByMidiRowsAndLieBehindALargerChild) {
   BlockWriter w;
-  for (const unsigned type : {0x261bu, 0x2620u, 0x2621u, 0x2620u}) {
-    named_row(w, type, type == 0x261b ? "Audio" : "Midi");
-  }
+  for (const std::uint16_t type : {kAudio, kMidi, kInstrument, kMidi}) open_row(w, type, "").close();
   properties(w, 59);
   properties(w, 90);
   w.leaf(0x2502, std::vector<std::uint8_t>(150));  // too small
   properties(w, 59);                               // the last one is no strip's
-  const Image image(w);
-  const auto rows = read_strip_rows(image.session);
-  const auto found = read_realtime_properties(image.session, rows);
-  ASSERT_EQ(found.size(), 4u);
-  EXPECT_FALSE(found[0].quantize_on);
-  for (const std::size_t k : {1u, 2u}) {
-    const RealTimeProperties& p = found[k];
-    EXPECT_TRUE(p.quantize_on && p.duration_on && p.delay_on && p.velocity_on && p.transpose_on) << k;
-    EXPECT_EQ(p.delay_ticks, -2500) << k;
-    EXPECT_EQ(p.velocity_percent, 80) << k;
-    EXPECT_EQ(p.velocity_offset, -10) << k;
-    EXPECT_EQ(p.octaves, -1) << k;
-    EXPECT_EQ(p.semitones, 7) << k;
-  }
-  EXPECT_FALSE(found[3].quantize_on);
-  EXPECT_EQ(realtime_properties_by_name(rows, found).size(), 1u);
+  const std::string rest = " \"\" empty-name | height=0 display=0";
+  const std::string read =
+      " | properties quantize duration delay delay_ticks=-2500 velocity percent=80 offset=-10 transpose octaves=-1 "
+      "semitones=7";
+  EXPECT_EQ(tables_of(w).rows("strip rows"),
+            "0: audio" + rest + "\n1: midi" + rest + read + "\n2: instrument" + rest + read + "\n3: midi" + rest);
 }
 
 TEST(KeyBuses, EachSlotNamesItsKeyByTheFirstTextItHolds) {
@@ -684,9 +577,7 @@ TEST(KeyBuses, EachSlotNamesItsKeyByTheFirstTextItHolds) {
   w.open(0x260e).u16(7).u16(0);
   w.open(0x260e).u16(8).text("shared").close().close();
   w.open(0x260e).u16(4).text("again").close();
-  const Image image(w);
-  const std::map<std::uint16_t, std::string_view> expected = {{4, "again"}, {5, "plain"}, {7, "shared"}, {8, "shared"}};
-  EXPECT_EQ(read_key_buses(image.session), expected);
+  EXPECT_EQ(tables_of(w).rows("key buses"), "4 \"again\"\n5 \"plain\"\n7 \"shared\"\n8 \"shared\"");
 }
 
 // ---- lanes ----
@@ -699,7 +590,6 @@ TEST(Lanes, ABlockGivesItsPointsIfTheyFit) {
   EXPECT_EQ(read.initial, -120);
   EXPECT_TRUE(read.in_ticks);
   EXPECT_EQ(read.points, (std::vector<std::pair<double, double>>{{0, -10}, {48000, 20}}));
-
   for (const unsigned count : {3u, 65535u}) {
     std::vector<std::uint8_t> bytes = image.bytes;
     bytes[20 + 25] = static_cast<std::uint8_t>(count);
@@ -708,250 +598,128 @@ TEST(Lanes, ABlockGivesItsPointsIfTheyFit) {
     EXPECT_TRUE(cut.points.empty());
     EXPECT_EQ(cut.initial, -120);
   }
-  BlockWriter small;
-  small.leaf(0x260a, std::vector<std::uint8_t>(29, 1));
-  EXPECT_EQ(read_lane(Image(small).session.bytes(), 20).initial, 0);
-}
-
-StripRecord lanes_of(BlockWriter& w, double fader_db = 0) {
-  const Image image(w);
-  std::vector<StripRecord> strips(1);
-  strips[0].has_mixer_data = true;
-  strips[0].fader_db = fader_db;
-  strips[0].record_position = image.session.first_of_type(0x1029)->start + 10;
-  read_strip_lanes(image.session, strips);
-  return strips[0];
-}
-
-StripRecord lanes_of(const std::vector<Lane>& lanes, double fader_db = 0) {
-  BlockWriter w;
-  row(w, 0x261b, "A", {}, lanes);
-  return lanes_of(w, fader_db);
+  EXPECT_EQ(read_lane(Image(w.leaf(0x260a, std::vector<std::uint8_t>(29, 1))).session.bytes(), 20).initial, 0);
 }
 
 TEST(Lanes, TheirNumberTellsWhatTheyDrive) {
-  const std::vector<Lane> lanes = {{1}, {2}, {3}, {4}, {5}, {6}};
-  struct Case {
-    std::size_t count;
-    std::vector<double> driven;  // volume, mute, pan, trim, right pan
-    bool stereo = false;
-  };
-  for (const Case& c :
-       {Case{0, {0, 0, 0, 0, 0}}, Case{1, {1, 0, 0, 0, 0}}, Case{2, {1, 2, 0, 0, 0}}, Case{3, {1, 2, 3, 0, 0}},
-        Case{4, {1, 2, 3, 4, 0}}, Case{5, {1, 2, 3, 5, 4}, true}, Case{6, {1, 2, 3, 0, 0}}}) {
-    const StripRecord s = lanes_of({lanes.begin(), lanes.begin() + static_cast<long>(c.count)}, -7);
-    EXPECT_EQ((std::vector<double>{s.volume_lane.initial, s.mute_lane.initial, s.pan_lane.initial, s.trim_lane.initial,
-                                   s.right_pan_lane.initial}),
-              c.driven)
-        << c.count;
-    EXPECT_EQ(s.lane_count, c.count);
-    EXPECT_EQ(s.is_stereo, c.stereo) << c.count;
-    EXPECT_DOUBLE_EQ(s.fader_db, c.count == 0 ? -7 : 0.1) << c.count;
-  }
+  const Lanes lanes = {{1}, {2}, {3}, {4}, {5}, {6}};
+  BlockWriter w;
+  for (const char* count : {"0", "1", "2", "3", "4", "5", "6"})
+    row(w, count, {-70}, {lanes.begin(), lanes.begin() + (*count - '0')});
+  EXPECT_EQ(tables_of(w).rows("strips"), R"(0: "0" -7 dB pan=0
+1: "1" 0.1 dB pan=0 lanes=1 other-width | volume 1
+2: "2" 0.1 dB pan=0 lanes=2 mono | volume 1 | mute 2
+3: "3" 0.1 dB pan=0 lanes=3 other-width | volume 1 | mute 2 | pan 3
+4: "4" 0.1 dB pan=0 lanes=4 mono | volume 1 | mute 2 | pan 3 | trim 4
+5: "5" 0.1 dB pan=0 lanes=5 stereo dual_pan=2 | volume 1 | mute 2 | pan 3 | right pan 4 | trim 5
+6: "6" 0.1 dB pan=0 lanes=6 other-width | volume 1 | mute 2 | pan 3)");
 }
 
 TEST(Lanes, TheVolumeLaneTellsTheRestingFaderUnlessItMovesOrPassesTheLimit) {
-  struct Case {
-    const char* what;
-    Lane volume;
-    double level, fader;
-  };
-  for (const Case& c :
-       {Case{"rests", {-120, {}}, -6, -12}, Case{"moves", {-120, {{0, 5}}}, -6, -6}, Case{"limited", {61, {}}, 6, 6},
-        Case{"at the limit", {60, {}}, 6, 6}, Case{"above, but the record isn't at it", {61, {}}, 5.9, 6.1}}) {
-    EXPECT_DOUBLE_EQ(lanes_of({c.volume}, c.level).fader_db, c.fader) << c.what;
-  }
+  BlockWriter w;
+  row(w, "rests", {-60}, {{-120}});
+  row(w, "moves", {-60}, {{-120, {{0, 5}}}});
+  row(w, "limited", {60}, {{61}});
+  row(w, "at the limit", {60}, {{60}});
+  row(w, "above, but the record isn't at it", {59}, {{61}});
+  EXPECT_EQ(tables_of(w).rows("strips"), R"(0: "rests" -12 dB pan=0 lanes=1 other-width | volume -120
+1: "moves" -6 dB pan=0 lanes=1 other-width | volume -120 0/5
+2: "limited" 6 dB pan=0 lanes=1 other-width | volume 61
+3: "at the limit" 6 dB pan=0 lanes=1 other-width | volume 60
+4: "above, but the record isn't at it" 6.1 dB pan=0 lanes=1 other-width | volume 61)");
 }
 
 TEST(Lanes, AStereoStripPansItsSidesApartUnlessTheyStayHardLeftAndRight) {
-  struct Case {
-    const char* what;
-    Lane left, right;
-    int dual;
-    std::size_t left_points, right_points;
-  };
-  const std::vector<Case> cases = {
-      {"rest at the sides", {-100, {}}, {100, {}}, 0, 0, 0},
-      {"rest elsewhere", {-50, {}}, {50, {}}, 2, 0, 0},
-      {"points that stay", {-100, {{0, -100}}}, {100, {{0, 100}, {9, 100}}}, 0, 0, 0},
-      {"left moves", {-100, {{0, -100}, {5, -99}}}, {100, {}}, 2, 2, 0},
-      {"right moves", {-100, {{0, -100}}}, {100, {{0, 99}, {1, 98}}}, 3, 1, 2},
-  };
-  for (const Case& c : cases) {
-    const StripRecord strip = lanes_of({{0, {}}, {0, {}}, c.left, c.right, {0, {}}});
-    EXPECT_EQ(strip.dual_pan, c.dual) << c.what;
-    EXPECT_TRUE(strip.pan_lane.points.empty()) << c.what;
-    EXPECT_EQ(strip.dual_left_lane.points.size(), c.left_points) << c.what;
-    EXPECT_EQ(strip.right_pan_lane.points.size(), c.right_points) << c.what;
-  }
-}
-
-// Grouped lanes: free ones for volume, mute, panner level and trim, and a group of lanes for each side.
-StripRecord grouped(unsigned row_type, unsigned width, std::size_t in_first, std::size_t in_second, std::size_t free,
-                    int second_initial = 0) {
   BlockWriter w;
-  w.open(static_cast<std::uint16_t>(row_type)).open(0x102d).u16(0).close().u8(width);
-  w.open(0x260d);
-  level(w, {});
-  for (std::size_t i = 0; i < free; ++i) lane(w, {static_cast<int>(i) + 1, {}});
-  for (const std::size_t count : {in_first, in_second}) {
-    w.open(0x260c);
-    for (std::size_t i = 0; i < count; ++i) {
-      lane(w, {count == in_second && i == 0 ? second_initial : static_cast<int>(10 + i), {}});
-    }
-    w.close();
-  }
-  w.close().close();
-  return lanes_of(w);
-}
-
-TEST(Lanes, GroupedLanesAreChosenByTheStripsWidth) {
-  struct Case {
-    const char* what;
-    unsigned row_type, width;
-    std::size_t in_first, in_second, free;
-    int second_initial;
-    std::uint32_t lane_count;
-    bool stereo, panner_level;
-    std::size_t panner;
+  const auto stereo = [&](const char* name, const Lane& left, const Lane& right) {
+    row(w, name, {}, {{}, {}, left, right, {}});
   };
-  const std::vector<Case> cases = {
-      {"two channels", 0x261b, 1, 7, 6, 4, 0, 5, true, true, 7},
-      {"wider", 0x261b, 2, 2, 3, 3, 0, 3, false, true, 0},
-      {"one channel", 0x261b, 0, 2, 3, 3, 0, 4, false, true, 0},
-      {"two by the second group's lane", 0x261b, 0, 2, 3, 3, 5, 5, true, true, 0},
-      {"a master has volume and mute", 0x261d, 1, 2, 3, 3, 0, 2, false, true, 0},
-      {"no trim with two free lanes", 0x261b, 1, 2, 3, 2, 0, 4, false, false, 0},
-      {"one free lane: all by place", 0x261b, 1, 2, 3, 1, 0, 6, false, false, 0},
-      {"groups of one lane: all by place", 0x261b, 1, 1, 0, 4, 0, 5, true, false, 0},
-  };
-  for (const Case& c : cases) {
-    const StripRecord strip = grouped(c.row_type, c.width, c.in_first, c.in_second, c.free, c.second_initial);
-    EXPECT_EQ(strip.lane_count, c.lane_count) << c.what;
-    EXPECT_EQ(strip.is_stereo, c.stereo) << c.what;
-    EXPECT_EQ(strip.has_panner_level, c.panner_level) << c.what;
-    EXPECT_EQ(strip.panner_level_lane.initial, c.panner_level ? 3 : 0) << c.what;
-    EXPECT_EQ(strip.panner_lanes[0].size(), c.panner) << c.what;
-    EXPECT_TRUE(strip.panner_lanes[1].empty()) << c.what;
-  }
-  EXPECT_EQ(grouped(0x261b, 1, 7, 6, 4).trim_lane.initial, 4);
+  stereo("rest at the sides", {-100}, {100});
+  stereo("rest elsewhere", {-50}, {50});
+  stereo("points that stay", {-100, {{0, -100}}}, {100, {{0, 100}, {9, 100}}});
+  stereo("left moves", {-100, {{0, -100}, {5, -99}}}, {100});
+  stereo("right moves", {-100, {{0, -100}}}, {100, {{0, 99}, {1, 98}}});
+  const std::string stereo_strip = " 0 dB pan=0 lanes=5 stereo", at_sides = " | pan -100 | right pan 100";
+  EXPECT_EQ(tables_of(w).rows("strips"),
+            "0: \"rest at the sides\"" + stereo_strip + at_sides + "\n1: \"rest elsewhere\"" + stereo_strip +
+                " dual_pan=2 | pan -50 | right pan 50\n2: \"points that stay\"" + stereo_strip + at_sides +
+                "\n3: \"left moves\"" + stereo_strip + " dual_pan=2" + at_sides +
+                " | dual left -100 0/-100 5/-99\n4: \"right moves\"" + stereo_strip + " dual_pan=3" + at_sides +
+                " 0/99 1/98 | dual left -100 0/-100");
 }
 
 // A strip of free lanes, valued from 1 on, and a group for each entry of `groups`, its lanes valued from 10 on.
-StripRecord grouped_by(unsigned row_type, unsigned width, std::size_t free, const std::vector<std::size_t>& groups) {
-  BlockWriter w;
-  w.open(static_cast<std::uint16_t>(row_type)).open(0x102d).u16(0).close().u8(width);
-  w.open(0x260d);
+void grouped(BlockWriter& w, std::string_view name, unsigned width, std::size_t free,
+             const std::vector<std::size_t>& groups, std::uint16_t type = kAudio, int second_initial = -1) {
+  w.open(type).open(0x102d).open(0x2619).text(name).close().close().u8(width).open(0x260d);
   level(w, {});
-  for (std::size_t i = 0; i < free; ++i) lane(w, {static_cast<int>(i) + 1, {}});
+  for (std::size_t i = 0; i < free; ++i) lane(w, {static_cast<int>(i) + 1});
   int value = 10;
-  for (const std::size_t count : groups) {
+  for (std::size_t g = 0; g < groups.size(); ++g) {
     w.open(0x260c);
-    for (std::size_t i = 0; i < count; ++i) lane(w, {value++, {}});
+    for (std::size_t i = 0; i < groups[g]; ++i, ++value)
+      lane(w, {g == 1 && i == 0 && second_initial >= 0 ? second_initial : value});
     w.close();
   }
   w.close().close();
-  return lanes_of(w);
 }
 
-TEST(Lanes, PanLanesAloneInTwoGroupsTellAStripWithoutTrim) {
-  struct Case {
-    const char* what;
-    unsigned row_type, width;
-    std::size_t free;
-    std::vector<std::size_t> groups;
-    std::uint32_t lane_count;
-    bool stereo, known_width;
-    double right_pan, trim;
-  };
-  const std::vector<Case> cases = {
-      {"two channels", 0x261b, 1, 2, {1, 1}, 4, true, true, 11, 0},
-      {"two by the second group's lane", 0x261b, 0, 2, {1, 1}, 4, true, true, 11, 0},
-      {"wider", 0x261b, 2, 2, {1, 1}, 4, false, true, 0, 11},
-      {"a master", 0x261d, 1, 2, {1, 1}, 4, false, true, 0, 11},
-      {"one channel", 0x261b, 0, 2, {1, 0}, 3, false, true, 0, 0},
-      {"a master's volume", 0x261b, 1, 1, {0, 0}, 1, false, true, 0, 0},
-      {"two channels with trim", 0x261b, 1, 3, {1, 1}, 5, true, true, 10, 11},
-      {"one channel with trim", 0x261b, 0, 3, {1, 0}, 4, false, true, 0, 10},
-      {"a third group", 0x261b, 1, 2, {1, 1, 0}, 4, false, true, 0, 11},
-      {"one group", 0x261b, 1, 2, {1}, 3, false, false, 0, 0},
-      {"no group", 0x261b, 1, 3, {}, 3, false, false, 0, 0},
-      {"no lane", 0x261b, 1, 0, {0, 0}, 0, false, false, 0, 0},
-  };
-  for (const Case& c : cases) {
-    const StripRecord strip = grouped_by(c.row_type, c.width, c.free, c.groups);
-    EXPECT_EQ(strip.lane_count, c.lane_count) << c.what;
-    EXPECT_EQ(strip.is_stereo, c.stereo) << c.what;
-    EXPECT_EQ(strip.known_width, c.known_width) << c.what;
-    EXPECT_EQ(strip.right_pan_lane.initial, c.right_pan) << c.what;
-    EXPECT_EQ(strip.trim_lane.initial, c.trim) << c.what;
-  }
+TEST(Lanes, GroupsAndWidthTellWhatTheyDrive) {
+  BlockWriter w;
+  grouped(w, "two channels, a panner", 1, 4, {7, 6});
+  grouped(w, "wider", 2, 3, {2, 3});
+  grouped(w, "one channel", 0, 3, {2, 3}, kAudio, 0);
+  grouped(w, "two by the second group's lane", 0, 3, {2, 3}, kAudio, 5);
+  grouped(w, "a master has volume and mute", 1, 3, {2, 3}, kMaster);
+  grouped(w, "no trim with two free lanes", 1, 2, {2, 3});
+  grouped(w, "one free lane: all by place", 1, 1, {2, 3});
+  grouped(w, "groups of one lane: all by place", 1, 4, {1, 0});
+  // Pan lanes alone in two groups: strips without trim.
+  grouped(w, "two channels", 1, 2, {1, 1});
+  grouped(w, "two by the second lane", 0, 2, {1, 1});
+  grouped(w, "wider without trim", 2, 2, {1, 1});
+  grouped(w, "a master", 1, 2, {1, 1}, kMaster);
+  grouped(w, "one channel without trim", 0, 2, {1, 0});
+  grouped(w, "a master's volume", 1, 1, {0, 0}, kMaster);
+  grouped(w, "two channels with trim", 1, 3, {1, 1});
+  grouped(w, "one channel with trim", 0, 3, {1, 0});
+  grouped(w, "a third group", 1, 2, {1, 1, 0});
+  grouped(w, "one group", 1, 2, {1});
+  grouped(w, "no group", 1, 3, {});
+  grouped(w, "no lane", 1, 0, {0, 0});
+  EXPECT_EQ(
+      tables_of(w).rows("strips"),
+      R"(0: "two channels, a panner" 0.1 dB pan=0 lanes=5 stereo dual_pan=2 | volume 1 | mute 2 | pan 10 | right pan 17 | trim 4 | panner level 3 | panner 10 | panner 11 | panner 12 | panner 13 | panner 14 | panner 15 | panner 16
+1: "wider" 0.1 dB pan=0 lanes=3 other-width | volume 1 | mute 2 | pan 3 | panner level 3
+2: "one channel" 0.1 dB pan=0 lanes=4 mono | volume 1 | mute 2 | pan 10 | trim 3 | panner level 3
+3: "two by the second group's lane" 0.1 dB pan=0 lanes=5 stereo dual_pan=2 | volume 1 | mute 2 | pan 10 | right pan 5 | trim 3 | panner level 3
+4: "a master has volume and mute" 0.1 dB pan=0 lanes=2 mono | volume 1 | mute 2 | panner level 3
+5: "no trim with two free lanes" 0.1 dB pan=0 lanes=4 mono | volume 1 | mute 2 | pan 10 | trim 12
+6: "one free lane: all by place" 0.1 dB pan=0 lanes=6 other-width | volume 1 | mute 10 | pan 11
+7: "groups of one lane: all by place" 0.1 dB pan=0 lanes=5 stereo dual_pan=2 | volume 1 | mute 2 | pan 3 | right pan 4 | trim 10
+8: "two channels" 0.1 dB pan=0 lanes=4 stereo dual_pan=2 | volume 1 | mute 2 | pan 10 | right pan 11
+9: "two by the second lane" 0.1 dB pan=0 lanes=4 stereo dual_pan=2 | volume 1 | mute 2 | pan 10 | right pan 11
+10: "wider without trim" 0.1 dB pan=0 lanes=4 mono | volume 1 | mute 2 | pan 10 | trim 11
+11: "a master" 0.1 dB pan=0 lanes=4 mono | volume 1 | mute 2 | pan 10 | trim 11
+12: "one channel without trim" 0.1 dB pan=0 lanes=3 mono | volume 1 | mute 2 | pan 10
+13: "a master's volume" 0.1 dB pan=0 lanes=1 mono | volume 1
+14: "two channels with trim" 0.1 dB pan=0 lanes=5 stereo dual_pan=2 | volume 1 | mute 2 | pan 3 | right pan 10 | trim 11
+15: "one channel with trim" 0.1 dB pan=0 lanes=4 mono | volume 1 | mute 2 | pan 3 | trim 10
+16: "a third group" 0.1 dB pan=0 lanes=4 mono | volume 1 | mute 2 | pan 10 | trim 11
+17: "one group" 0.1 dB pan=0 lanes=3 other-width | volume 1 | mute 2 | pan 10
+18: "no group" 0.1 dB pan=0 lanes=3 other-width | volume 1 | mute 2 | pan 3
+19: "no lane" 0 dB pan=0)");
 }
 
 TEST(Lanes, ATooSmallLaneInTheSecondGroupMakesNoSecondChannel) {
   for (const std::size_t size : {31u, 32u}) {
     BlockWriter w;
-    w.open(0x261b).open(0x102d).u16(0).close().u8(0);
-    w.open(0x260d).open(0x260c);
+    w.open(kAudio).open(0x102d).u16(0).close().u8(0).open(0x260d).open(0x260c);
     lane(w, {});
     w.close().open(0x260c).leaf(0x260a, std::vector<std::uint8_t>(size - 2, 1)).close().close().close();
     const Image image(w);
-    const FlatBlock& row = *image.session.first_of_type(0x261b);
-    EXPECT_EQ(strip_width_code(image.session, row.start, row.end()), size == 32 ? 1 : 0);
-  }
-}
-
-TEST(Lanes, StripsOfUnknownWidthAreNamedWithTheirNumberOfLanes) {
-  std::vector<StripRecord> strips(3);
-  strips[0].name = "Mono", strips[0].has_mixer_data = true, strips[0].lane_count = 4, strips[0].known_width = true;
-  strips[1].name = "Bare", strips[1].has_mixer_data = true;
-  strips[2].name = "No level";
-  EXPECT_TRUE(strips_of_unknown_width(strips).empty());  // a strip without lanes tells nothing of its width
-}
-
-// ---- damage ----
-
-void read_everything(const SessionImage& image) {
-  bool aligned = false;
-  const auto rows = read_strip_rows(image, &aligned);
-  const StripTable table = choose_strip_table(image, {"Kick", "Snare"}, rows);
-  for (const auto& chosen : {rows, std::vector<StripRow>{}}) {
-    auto strips = read_strip_records(image, table.names, read_bus_names(image), chosen);
-    read_strip_lanes(image, strips);
-    read_playlist_owners(image, strips, rows);
-  }
-  read_inactive_names(image, rows);
-  read_display_rows(image);
-  track_comments(rows, read_track_rows(image, rows));
-  midi_setups_by_name(rows, read_midi_setups(image, rows));
-  realtime_properties_by_name(rows, read_realtime_properties(image, rows));
-  read_key_buses(image);
-}
-
-TEST(StripReaders, SurviveEveryCutAndEveryChangedByte) {
-  BlockWriter w;
-  w.text("Kick").text("Snare").text("Verb").raw("Verb.L Verb.R");
-  w.open(0x1015).u32(1);
-  track_entry(w, "Kick.01", 5);
-  w.close().open(0x261c);
-  row(w, 0x261b, "Kick", {}, {{0, {{1, 2}}}, {0, {}}});
-  w.u32(0).u16(1).u32(0).u16(0).open(0x200b).close().close();
-  w.open(0x2620).leaf(0x2036, std::vector<std::uint8_t>(20)).close();
-  properties(w, 59);
-  properties(w, 59);
-  track_data(w, 36, "say", 1, 3);
-  w.open(0x2519);
-  table_entry(w, "Kick");
-  w.close();
-  std::vector<std::uint8_t> bytes = test::image_of(w.take());
-  test::each_cut(bytes, [](ByteView cut) { read_everything(SessionImage(cut)); });
-  for (std::size_t n = 0; n < bytes.size(); ++n) {
-    const std::uint8_t kept = bytes[n];
-    for (const int value : {0, 1, 0x5a, 0xff}) {
-      bytes[n] = static_cast<std::uint8_t>(value);
-      read_everything(SessionImage(ByteView(bytes.data(), bytes.size())));
-    }
-    bytes[n] = kept;
+    const FlatBlock& strip = *image.session.first_of_type(kAudio);
+    EXPECT_EQ(strip_width_code(image.session, strip.start, strip.end()), size == 32 ? 1 : 0);
   }
 }
 

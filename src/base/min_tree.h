@@ -7,6 +7,8 @@
 
 namespace frt {
 
+// A scan of the stretch took 17.6 s for a session of 1 MB in which all marks overrun their wrappers, this 0.04 s; real
+// sessions don't notice.
 class MinTree {
  public:
   MinTree() = default;

@@ -20,6 +20,9 @@ struct TextHash {
   }
 };
 
+// A hash map of views, which hashes each text anew at each length asked, took 1.2 to 1.5 times as long for sessions of
+// 1 MB full of bus names; real sessions hardly notice. Its hash is fixed: a session made against it (70,000 names that
+// fall into one place) still takes seconds.
 class TextIndex {
  public:
   // The end of the text from which its hash takes the bytes: the end at which a walk of the caller begins.

@@ -15,6 +15,8 @@ namespace frt {
 
 // Searches the bytes around ascending positions for any of many names, not counted. Where windows overlap, each
 // byte is still looked at once.
+// A search for each name around each position took 64 s for a session of 1 MB with 300 pairs of buses and 70,000 sends,
+// this 0.02 s; with 40 buses and 771 sends in 64 MiB a whole run took 0.29 s against 0.13 s.
 class NearestBus {
  public:
   static constexpr std::uint64_t kReach = 1500;  // bytes before and after a position

@@ -12,14 +12,10 @@ struct Converted {
   int status = -1;
   std::string project;  // empty if none was written
   std::string console;
-  std::string error;  // problem kind and detail, "kind: detail"; empty without a problem
 };
 
 // Runs a conversion in a folder of its own, gone afterwards; that folder's path reads "<folder>" in the texts.
 // Session path and output path of the options are filled here.
 Converted convert(const SessionBuilder& session, ConversionOptions options = {});
-
-// The same for the bytes of a session file.
-Converted convert_file(const std::vector<std::uint8_t>& file_bytes, ConversionOptions options = {});
 
 }  // namespace frt::test

@@ -1,5 +1,5 @@
-// Images made by hand, for tests of a single reader: the bytes and the session that views them, blocks filled field by
-// field, and every cut of an image.
+// Images made by hand, for layouts, limits and damage that SessionBuilder doesn't make: the bytes and the session that
+// views them, and blocks filled field by field.
 #pragma once
 
 #include <cstdint>
@@ -48,14 +48,5 @@ class Fields {
   std::uint16_t type_;
   std::vector<std::uint8_t> content_;
 };
-
-// Hands over each cut of the bytes, from none to all, in memory of its own: a read behind its end is caught.
-template <class Use>
-void each_cut(const std::vector<std::uint8_t>& whole, Use use) {
-  for (std::size_t n = 0; n <= whole.size(); ++n) {
-    const std::vector<std::uint8_t> cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(n));
-    use(ByteView(cut.data(), n));
-  }
-}
 
 }  // namespace frt::test
