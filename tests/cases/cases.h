@@ -26,12 +26,13 @@ struct Scene : SessionBuilder {
   }
 };
 
+inline constexpr bool kTables = true;
+
 struct Case {
   std::string name;
   std::vector<std::string> arguments;
   std::function<void(Scene&)> make = {};  // none: there is no session
-  // A second run prints the session's tables, held against tables.txt.
-  bool tables = false;
+  bool tables = false;  // a second run prints the session's tables, held against tables.txt
   std::vector<std::pair<std::string, std::string>> environment = {};
 };
 

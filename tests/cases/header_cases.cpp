@@ -47,8 +47,10 @@ std::vector<Case> header_cases() {
          s.song_start(48000).tempo_event(4 * kQuarter, 60);
          beats(s);
          s.track("Pickup").tick_based().clip(s.audio_file("Pickup.wav", 24000)).at(0 - kQuarter);
+         s.midi_track("Keys").midi_clip("Ahead", 0 - kQuarter, kQuarter, {{0, kQuarter / 2, 60, 100}});
          s.file("Audio Files/Pickup.wav");
-       }},
+       },
+       kTables},
       {"tempo_ramp",
        {"Song.ptx", "--tempo-ramps"},
        [](Scene& s) {

@@ -65,7 +65,7 @@ std::vector<Case> mixer_cases() {
          guitar.clip(file);
          guitar.playlist("Gtr.01").clip(file);
        }},
-      {"records_far_apart", {"Song.ptx"}, sends},
+      {"records_far_apart", {"Song.ptx"}, sends, kTables},
       {"basic_folder",
        {"Song.ptx"},
        [](Scene& s) {
