@@ -37,7 +37,7 @@ constexpr std::size_t kStride = 5;
 constexpr std::size_t kStride = 1;
 #endif
 
-TEST(HostileSession, EveryTruncationEndsWell) {
+TEST(SlowHostileSession, EveryTruncationEndsWell) {
   const std::vector<std::uint8_t> file = small_session().file_bytes();
   for (std::size_t size = 0; size < file.size(); size += kStride) {
     const int status = check_run({file.begin(), file.begin() + static_cast<std::ptrdiff_t>(size)});
@@ -47,10 +47,10 @@ TEST(HostileSession, EveryTruncationEndsWell) {
   EXPECT_EQ(check_run(file), 0);
 }
 
-TEST(HostileSession, EveryChangedByteEndsWell) {
+TEST(SlowHostileSession, EveryChangedByteEndsWell) {
   const std::vector<std::uint8_t> image = small_session().image();
   for (std::size_t at = 0; at < std::min<std::size_t>(image.size(), 4096); at += kStride) {
-    for (const unsigned value : {0x00, 0x01, 0x5a, 0xff}) {
+    for (const unsigned value : {0x00U, 0x01U, 0x5aU, 0xffU}) {
       if (image[at] == value) continue;
       std::vector<std::uint8_t> changed = image;
       changed[at] = static_cast<std::uint8_t>(value);
@@ -61,7 +61,7 @@ TEST(HostileSession, EveryChangedByteEndsWell) {
 }
 
 // The readers alone, in memory that ends with the image; and with blocks that whole runs above don't hold.
-TEST(HostileSession, EveryCutAndEveryChangedByteOfTheTablesIsRead) {
+TEST(SlowHostileSession, EveryCutAndEveryChangedByteOfTheTablesIsRead) {
   SessionBuilder s;
   s.layout.saved_by_at_end = false;
   s.track("Vox").clip(s.audio_file("Vox.wav", 9)).sync(3).gain_db(-1).and_at({70});
@@ -104,9 +104,9 @@ std::vector<std::uint8_t> session_with(const std::vector<std::uint8_t>& more) {
   return image;
 }
 
-TEST(HostileSession, BlocksNestedAMillionDeep) {
+TEST(SlowHostileSession, BlocksNestedAMillionDeep) {
   constexpr std::uint32_t kDepth = 1'000'000;
-  for (const unsigned type : {0x1054, 0x1052, 0x261c, 0x261b, 0x2624, 0x262a, 0x7777}) {
+  for (const unsigned type : {0x1054U, 0x1052U, 0x261cU, 0x261bU, 0x2624U, 0x262aU, 0x7777U}) {
     BlockWriter w;
     w.reserve(kDepth * 9);
     // Each block's content is its content type and the next block.
@@ -115,9 +115,9 @@ TEST(HostileSession, BlocksNestedAMillionDeep) {
   }
 }
 
-TEST(HostileSession, BlocksThatOverlapWithoutEnd) {
+TEST(SlowHostileSession, BlocksThatOverlapWithoutEnd) {
   // Every block reaches to the end of the file: as deep as the file is long, for each reader of ranges.
-  for (const unsigned type : {0x1029, 0x2619, 0x261b, 0x260c, 0x260d, 0x1052, 0x2519, 0x2637}) {
+  for (const unsigned type : {0x1029U, 0x2619U, 0x261bU, 0x260cU, 0x260dU, 0x1052U, 0x2519U, 0x2637U}) {
     std::vector<std::uint8_t> image = small_session().image();
     const std::size_t end = image.size() + 100'000 * 20;
     BlockWriter w;
@@ -128,7 +128,7 @@ TEST(HostileSession, BlocksThatOverlapWithoutEnd) {
   }
 }
 
-TEST(HostileSession, CountsNearTheirLimit) {
+TEST(SlowHostileSession, CountsNearTheirLimit) {
   // Numbers all over the session in turn claim to be as large as they can be.
   const std::vector<std::uint8_t> image = small_session().image();
   for (const std::uint32_t claim : {0xffffffffU, 0x7ffffff0U}) {

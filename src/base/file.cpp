@@ -13,6 +13,10 @@
 
 #include "base/text.h"
 
+#ifdef __SANITIZE_ADDRESS__
+#include <sanitizer/asan_interface.h>
+#endif
+
 namespace frt {
 namespace {
 
@@ -84,6 +88,14 @@ FileBytes FileBytes::with_room_for(std::size_t capacity) {
   }
   bytes.capacity_ = bytes.data_ ? capacity : 0;
   return bytes;
+}
+
+void FileBytes::set_size(std::size_t size) {
+  size_ = std::min(size, capacity_);
+#ifdef __SANITIZE_ADDRESS__
+  __asan_unpoison_memory_region(data_.get(), size_);
+  __asan_poison_memory_region(data_.get() + size_, capacity_ - size_);
+#endif
 }
 
 std::optional<FileBytes> read_file(const std::string& path, const PieceReader& take) {

@@ -52,11 +52,7 @@ class BlockWriter {
   BlockWriter& f64(double value) { return copy(&value, sizeof value); }
 
   // A number in that many bytes, lowest first.
-  BlockWriter& number(std::uint64_t value, unsigned width) {
-    for (unsigned i = 0; i < width; ++i)
-      out_.push_back(i < 8 ? static_cast<std::uint8_t>(value >> (8 * i)) : std::uint8_t{0});
-    return *this;
-  }
+  BlockWriter& number(std::uint64_t value, unsigned width);
   // A counted text: u32 length, then its bytes.
   BlockWriter& text(std::string_view value) { return u32(static_cast<std::uint32_t>(value.size())).raw(value); }
   // The bytes alone.
@@ -97,11 +93,7 @@ class BlockWriter {
   }
 
  private:
-  BlockWriter& copy(const void* from, std::size_t size) {
-    const auto* first = static_cast<const std::uint8_t*>(from);
-    out_.insert(out_.end(), first, first + size);
-    return *this;
-  }
+  BlockWriter& copy(const void* from, std::size_t size);
 
   std::vector<std::uint8_t> out_;
   std::vector<std::size_t> open_;  // where the sizes of the open blocks stand
@@ -119,16 +111,6 @@ inline std::vector<std::uint8_t> image_of(const std::vector<std::uint8_t>& block
 }
 
 // A decrypted image as the file on disc; by its head, type 5 (Pro Tools 10 on) or 1 (older). Undoes itself.
-inline std::vector<std::uint8_t> encrypt(std::vector<std::uint8_t> image) {
-  if (image.size() < 20) return image;
-  const bool old_family = image[18] == 1;
-  const unsigned factor = old_family ? 53 : 11;
-  unsigned d = 0;
-  while (((d * factor) & 255) != image[19]) ++d;
-  for (std::size_t p = 20; p < image.size(); ++p) {
-    image[p] ^= static_cast<std::uint8_t>(old_family ? (p & 255) * d : ((p >> 12) & 255) * (256 - d));
-  }
-  return image;
-}
+std::vector<std::uint8_t> encrypt(std::vector<std::uint8_t> image);
 
 }  // namespace frt::test

@@ -12,12 +12,12 @@
 namespace frt::test {
 
 struct Image {
-  // Bytes of 0 stand behind the blocks: nothing real ends with its last block.
-  explicit Image(const std::vector<std::uint8_t>& blocks, std::size_t behind = 64) : bytes(image_of(blocks)) {
+  // A byte of 0 stands behind the blocks: the index takes no block without content for one at the very end.
+  explicit Image(const std::vector<std::uint8_t>& blocks, std::size_t behind = 1) : bytes(image_of(blocks)) {
     bytes.resize(bytes.size() + behind);
     session = SessionImage(ByteView(bytes.data(), bytes.size()));
   }
-  explicit Image(BlockWriter& w, std::size_t behind = 64) : Image(w.take(), behind) {}
+  explicit Image(BlockWriter& w, std::size_t behind = 1) : Image(w.take(), behind) {}
   Image(const Image&) = delete;
   Image& operator=(const Image&) = delete;
 
