@@ -77,7 +77,7 @@ TEST(SlowHostileSession, EveryCutAndEveryChangedByteOfTheTablesIsRead) {
   for (std::size_t size = 0; size < image.size(); size += 2 * kStride) tables_of(ByteView(image.data(), size));
   for (std::size_t at = 0; at < image.size(); at += 3 * kStride) {
     const std::uint8_t kept = image[at];
-    for (const unsigned value : {0x00, 0x5a, 0xff}) {
+    for (const unsigned value : {0x00U, 0x5aU, 0xffU}) {
       image[at] = static_cast<std::uint8_t>(value);
       tables_of(image);
     }
