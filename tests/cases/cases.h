@@ -32,7 +32,7 @@ struct Case {
   std::string name;
   std::vector<std::string> arguments;
   std::function<void(Scene&)> make = {};  // none: there is no session
-  bool tables = false;  // a second run prints the session's tables, held against tables.txt
+  bool tables = false;                    // a second run prints the session's tables, held against tables.txt
   std::vector<std::pair<std::string, std::string>> environment = {};
 };
 
