@@ -9,6 +9,8 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 #include "base/text.h"
@@ -55,6 +57,43 @@ ssize_t read_fully(int descriptor, std::uint8_t* out, std::size_t n) {
 }  // namespace
 
 bool can_open(const std::string& path) { return Descriptor(::open(path.c_str(), kLook)).good(); }
+
+bool is_folder(const std::string& path) {
+  struct stat info {};
+  return ::stat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
+}
+
+std::string working_directory() {
+  std::error_code error;
+  const std::string path = std::filesystem::current_path(error).string();
+  return error ? std::string() : path;
+}
+
+std::optional<RegularFile> RegularFile::open(const std::string& path) {
+  struct stat info {};
+  if (::stat(path.c_str(), &info) != 0 || !S_ISREG(info.st_mode)) return std::nullopt;
+  const int descriptor = ::open(path.c_str(), kLook);
+  if (descriptor < 0) return std::nullopt;
+  return RegularFile(descriptor);
+}
+
+RegularFile::RegularFile(RegularFile&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
+
+RegularFile::~RegularFile() {
+  if (descriptor_ >= 0) ::close(descriptor_);
+}
+
+bool RegularFile::read(std::uint64_t at, std::uint8_t* out, std::size_t n) const {
+  if (at > static_cast<std::uint64_t>(INT64_MAX) - n) return false;
+  std::size_t done = 0;
+  while (done < n) {
+    const ssize_t got = ::pread(descriptor_, out + done, n - done, static_cast<off_t>(at + done));
+    if (got < 0 && errno == EINTR) continue;
+    if (got <= 0) return false;
+    done += static_cast<std::size_t>(got);
+  }
+  return true;
+}
 
 bool is_empty_file(const std::string& path) {
   const Descriptor file(::open(path.c_str(), kLook));

@@ -18,6 +18,29 @@ namespace frt {
 // True if the path can be opened for reading. A folder can, as for fopen: reading it is what fails then.
 bool can_open(const std::string& path);
 
+// True if a folder stands at the path.
+bool is_folder(const std::string& path);
+
+// The folder that relative paths count from; empty if it can't be told.
+std::string working_directory();
+
+// A regular file, open for reading at any place. What stands at the path is asked before it is opened: a path can come
+// from a stranger's session, and no device, pipe or folder is touched for it.
+class RegularFile {
+ public:
+  static std::optional<RegularFile> open(const std::string& path);
+  RegularFile(RegularFile&& other) noexcept;
+  RegularFile& operator=(RegularFile&&) = delete;
+  ~RegularFile();
+
+  // n bytes from `at` on; false if the file doesn't hold them.
+  bool read(std::uint64_t at, std::uint8_t* out, std::size_t n) const;
+
+ private:
+  explicit RegularFile(int descriptor) : descriptor_(descriptor) {}
+  int descriptor_ = -1;
+};
+
 // True if the file holds 0 bytes: its end, asked for, is position 0. False for a folder, and for what cannot be
 // opened or has no end to ask for (a pipe).
 bool is_empty_file(const std::string& path);

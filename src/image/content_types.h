@@ -20,6 +20,8 @@
   X(kOldPlacements, 0x1012, "root: placements of all tracks, older form")            \
   X(kTrackEntry, 0x1014, "a playlist's name, channels and id")                       \
   X(kTrackEntries, 0x1015, "root: the list of playlists with their channel numbers") \
+  X(kIoPath, 0x1021, "one path of the I/O setup: input, output, bus or insert")      \
+  X(kIoSetup, 0x1022, "root: the I/O setup")                                         \
   X(kSettings, 0x1028, "root: rate, recording format, pan depth")                    \
   X(kLevelRecord, 0x1029, "fader, pan and mute of a strip, or a send's level")       \
   X(kRowHead, 0x102d, "head of a strip row: solo and automation mode")               \

@@ -1,5 +1,7 @@
 #include "mix/header_page.h"
 
+#include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "base/decibel.h"
@@ -9,9 +11,18 @@ namespace {
 
 constexpr int kCommentsInProject = 1;
 
-std::optional<TimecodePage> timecode_page(const TimecodeSettings& timecode) {
-  if (!timecode.differs_from_default()) return std::nullopt;
-  return TimecodePage{timecode.project_offset, timecode.timemode_rate, timecode.timemode_mode};
+// A session with a song start of its own begins before bar 1.
+int measures_before_bar_1(const TempoMap& tempo, const MeterEvent& meter) {
+  constexpr double kWhole = 1e-6;  // of a measure
+  if (!tempo.has_song_start()) return 0;
+  const double bpm = tempo.events.empty() ? tempo.session_tempo : tempo.events.front().bpm;
+  const double measures = tempo.song_start * bpm / 60.0 * meter.denominator / (4.0 * meter.numerator);
+  return static_cast<int>(std::clamp(std::ceil(measures - kWhole), 1.0, 1e9));
+}
+
+std::optional<TimecodePage> timecode_page(const TimecodeSettings& timecode, int measures_before) {
+  if (!timecode.differs_from_default() && measures_before == 0) return std::nullopt;
+  return TimecodePage{timecode.project_offset, timecode.timemode_rate, timecode.timemode_mode, measures_before};
 }
 
 // REAPER's setting for WAV; what it writes for AIFF and for 24 bits (its default) isn't known.
@@ -53,7 +64,7 @@ Header make_header_page(const Session& session, const ConversionOptions& options
   page.rate = session.rate;
   page.tempo = session.clock.tempo.session_tempo;
   page.meter = first_meter(session.headers.meters);
-  page.timecode = timecode_page(settings.timecode);
+  page.timecode = timecode_page(settings.timecode, measures_before_bar_1(session.clock.tempo, page.meter));
   page.wav_depth = wav_depth(settings.recording);
   TempoPoints tempo = make_tempo_points(session.clock, session.headers.meters, options.tempo_ramps);
   page.tempo_points = std::move(tempo.points);

@@ -21,6 +21,7 @@ struct TimecodePage {
   double project_offset = 0;  // seconds
   int rate = 30;              // frames a second as TIMEMODE counts them
   int mode = 0;               // TIMEMODE's second value: 1 drop-frame, 2 pulled down
+  int measures_before = 0;    // that stand before bar 1
 };
 
 struct MasterPage {

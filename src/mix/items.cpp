@@ -61,8 +61,12 @@ class ItemMixer {
       ++counts_.uncolored_by_option;
     }
     decide_gain_line(item);
-    item.media = &media_.resolve(item.file_name, item.file_index);
-    if (!item.media->in_media_folder) ++counts_.clips_in_sibling_folders;
+    MediaFile& file = media_.resolve(item.file_name, item.file_index);
+    item.media = &file;
+    ++file.clips;
+    if (file.in_media_folder && !file.by_the_session) return;
+    ++counts_.clips_elsewhere;
+    if (!file.by_the_session) ++counts_.clips_in_sibling_folders;
   }
 
   void decide_gain_line(OutputItem& item) {

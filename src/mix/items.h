@@ -16,8 +16,9 @@ struct ItemCounts {
   int sync_point_clips = 0;
   int locked_clips = 0;
   int gain_envelopes = 0;
-  int clips_in_sibling_folders = 0;
-  int uncolored_by_option = 0;  // clips that would have carried a colour under --no-clip-colors
+  int clips_elsewhere = 0;           // whose file was not found, or named, by the media folder
+  int clips_in_sibling_folders = 0;  // of these, in one of the session's other folders
+  int uncolored_by_option = 0;       // clips that would have carried a colour under --no-clip-colors
 };
 
 // Finishes the items of the written tracks and of their lanes, in the order in which they are written.

@@ -1,6 +1,7 @@
 #include "mix/tempo_points.h"
 
 #include <algorithm>
+#include <cmath>
 #include <iterator>
 #include <utility>
 
@@ -33,6 +34,13 @@ Points::iterator first_later(Points& points, double time) {
                           [](double moment, const TempoPoint& point) { return moment < point.time; });
 }
 
+// A new point between two: on a ramp it takes the line's own tempo at its moment, and the line goes on.
+void glide(const TempoPoint& before, const TempoPoint& after, TempoPoint& point) {
+  if (before.shape != TempoPoint::kLinear) return;
+  point.bpm = before.bpm + (after.bpm - before.bpm) * (point.time - before.time) / (after.time - before.time);
+  point.shape = TempoPoint::kLinear;
+}
+
 // The points on either side of a moment; null where there is none.
 struct Neighbours {
   const TempoPoint* before = nullptr;
@@ -45,6 +53,20 @@ struct Neighbours {
   }
 };
 
+// The point at which bar 1 begins in a session with a song start of its own.
+void add_song_start(Points& points, double time, std::uint32_t code) {
+  for (std::size_t i = 1; i < points.size(); ++i) {
+    if (std::abs(points[i].time - time) > kSameMoment) continue;
+    points[i].code = code;
+    points[i].flags = TempoPoint::kSongStart;
+    return;
+  }
+  const auto later = first_later(points, time);
+  TempoPoint point{time, (later - 1)->bpm, code, TempoPoint::kSquare, TempoPoint::kSongStart};
+  if (later != points.end()) glide(*(later - 1), *later, point);
+  points.insert(later, point);
+}
+
 // New points gather in a list of their own and are merged once: changes are few, tempo points may be many.
 Points with_meter_changes(Points points, const std::vector<MeterEvent>& changes, const TempoMap& tempo) {
   Points added;
@@ -55,7 +77,7 @@ Points with_meter_changes(Points points, const std::vector<MeterEvent>& changes,
     if (there == nullptr || (added_there != nullptr && added_there->time < there->time)) there = added_there;
     if (there != nullptr) {
       there->code = meter_code(change);
-      there->flags = TempoPoint::kMeterChange;
+      if (there->flags != TempoPoint::kSongStart) there->flags = TempoPoint::kMeterChange;
       continue;
     }
     TempoPoint point{time, bpm_in_force(tempo, change.position), meter_code(change), TempoPoint::kSquare,
@@ -64,11 +86,7 @@ Points with_meter_changes(Points points, const std::vector<MeterEvent>& changes,
     neighbours.consider(points, time);
     neighbours.consider(added, time);
     const TempoPoint *before = neighbours.before, *after = neighbours.after;
-    if (before != nullptr && after != nullptr && before->shape == TempoPoint::kLinear) {
-      // On a ramp: the line's own tempo at that moment, and the line goes on.
-      point.bpm = before->bpm + (after->bpm - before->bpm) * (time - before->time) / (after->time - before->time);
-      point.shape = TempoPoint::kLinear;
-    }
+    if (before != nullptr && after != nullptr) glide(*before, *after, point);
     added.insert(first_later(added, time), point);
   }
   if (added.empty()) return points;
@@ -88,7 +106,7 @@ TempoPoints make_tempo_points(const Clock& clock, const std::vector<MeterEvent>&
   TempoPoints made;
   made.counts.tempo_changes = has_map ? static_cast<int>(tempo.events.size()) : 0;
   made.counts.meter_changes = static_cast<int>(changes.size());
-  if (!has_map && changes.empty()) return made;
+  if (!has_map && changes.empty() && !tempo.has_song_start()) return made;
 
   Points& points = made.points;
   if (has_map) {
@@ -110,10 +128,11 @@ TempoPoints make_tempo_points(const Clock& clock, const std::vector<MeterEvent>&
     made.counts.ramp_inner_error = solved.inner_error;
     points = std::move(solved.points);
   }
-  if (changes.empty()) return made;
+  if (changes.empty() && !tempo.has_song_start()) return made;
 
   points.front().code = meter_code(first_meter(meters));
   points.front().flags = TempoPoint::kFirstMeter;
+  if (tempo.has_song_start()) add_song_start(points, tempo.song_start, points.front().code);
   points = with_meter_changes(std::move(points), changes, tempo);
   return made;
 }

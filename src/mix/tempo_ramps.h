@@ -10,6 +10,8 @@ namespace frt {
 struct TempoPoint {
   static constexpr std::uint8_t kLinear = 0, kSquare = 1;                       // shapes
   static constexpr std::uint8_t kPlain = 0, kFirstMeter = 1, kMeterChange = 3;  // flags
+  // Begins a measure, and lets the one before it be short.
+  static constexpr std::uint8_t kSongStart = 5;
 
   double time = 0;  // seconds
   double bpm = 0;

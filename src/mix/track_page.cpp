@@ -44,7 +44,7 @@ class PageMaker {
     page.main_send = !tables_.routes.no_main_send.contains(track.key());
     // Pro Tools plays one playlist a track.
     page.silenced_take = track.alt_takes || track.orphan_playlist;
-    if (track.orphan_playlist) ++counts_.orphan_playlists;
+    if (track.orphan_playlist && !track.alt_takes) ++counts_.orphan_playlists;
     page.envelopes = envelopes(bound, midi, panner, page);
     if (options_.comments_mode == kCommentsAsItems && bound.row && !bound.row->comment.empty()) {
       page.comment = bound.row->comment;
@@ -187,7 +187,7 @@ class PageMaker {
     if (mode == AutomationMode::kOff) counts_.automation_off_tracks.push_back(name);
     if (mode != AutomationMode::kUntold && mode != AutomationMode::kRead) {
       ++counts_.tracks_not_in_read;
-      counts_.other_mode_tracks.push_back(" " + name + "=" + std::string(kModeNames[static_cast<int>(mode)]));
+      counts_.other_mode_tracks.emplace_back(name, kModeNames[static_cast<int>(mode)]);
     }
   }
 

@@ -9,6 +9,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "base/by_name.h"
@@ -76,7 +77,8 @@ struct TrackCounts {
   std::vector<std::string> prefader_faders_down, prefader_kept_muted;
   int midi_tracks_muted = 0, midi_mute_lanes = 0, midi_other_lanes = 0;
   std::vector<std::string> hidden_tracks, soloed_tracks, solo_safe_tracks, commented_tracks, automation_off_tracks;
-  std::vector<std::string> other_mode_tracks;  // " name=Mode", modes other than Read, Off included
+  // Name and mode of tracks in another mode than Read, Off included.
+  std::vector<std::pair<std::string, std::string_view>> other_mode_tracks;
   int tracks_not_in_read = 0;
   int soloed_and_muted = 0, soloed_with_mute_points = 0;
   bool solo_keeper = false;

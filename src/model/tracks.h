@@ -52,6 +52,7 @@ struct OutputItem {
   std::vector<std::pair<double, double>> warp;  // item time, source time
   // Clip gain line: a view into the session's gain table; null for none.
   const std::vector<GainPoint>* gain_envelope = nullptr;
+  int channel_mode = 0;          // 0 plays the file as it is, 3 + n its channel n alone
   double pan_side = 0;           // -1 and 1 for the legs of a folded stereo pair
   std::int32_t color = -2;       // palette index, -2 for none
   std::uint32_t clip_color = 0;  // the clip's colour in REAPER's form, 0 for none

@@ -52,9 +52,10 @@ constexpr std::uint64_t kRate = 11;  // settings root: u32, Hz
 // Audio files
 //   + 9   u32    number of files
 //   + 13  block  a name list; then one kAudioFile a file
-//     kAudioFile holds a kAudioFileFacts, whose u64 at + 15 is the file's length in samples
+//     kAudioFile holds a kAudioFileFacts: u8 channels at + 13, u64 length in samples at + 15
 namespace files_layout {
-constexpr std::uint64_t kCount = 9, kChildren = 13, kLength = 15;
+constexpr std::uint64_t kCount = 9, kChildren = 13, kChannels = 13, kLength = 15;
+constexpr std::uint64_t kLeastEnd = 16 + 7;  // from the mark: smaller ones tell nothing
 }  // namespace files_layout
 
 // In a list without kinds what is a file shows in its name and tag only.
@@ -89,6 +90,7 @@ std::vector<std::string_view> file_names(const SessionBytes& session, const Foun
 struct AudioFiles {
   std::vector<AudioFileEntry> entries;
   std::vector<std::int64_t> lengths;
+  std::vector<AudioFileFacts> facts;
 };
 
 AudioFiles read_audio_files(const SessionBytes& session, const FoundBlock& root) {
@@ -102,10 +104,14 @@ AudioFiles read_audio_files(const SessionBytes& session, const FoundBlock& root)
         files.entries.push_back({names[i], static_cast<std::uint16_t>(files.entries.size())});
       }
     } else if (child.content_type == content::kAudioFile) {
+      files.facts.emplace_back();
       session.each_block(child.start + block_layout::kContent, child.end, [&](const FoundBlock& facts) {
         if (facts.content_type != content::kAudioFileFacts) return true;
         const std::uint64_t length = session.u64(facts.start + files_layout::kLength).value_or(0);
         files.lengths.push_back(static_cast<std::int64_t>(length));
+        if (facts.end - facts.start < files_layout::kLeastEnd) return false;
+        files.facts.back().length = static_cast<std::int64_t>(length);
+        files.facts.back().channels = session.view().u8_or(facts.start + files_layout::kChannels, 0);
         return false;
       });
     }
@@ -139,6 +145,7 @@ int PTFFormat::load(const std::string& path, std::int64_t /*target_rate*/) {
   rate_ = 0;
   audio_files_.clear();
   audio_file_lengths_.clear();
+  audio_file_facts_.clear();
 
   const SessionBytes session(bytes_.view());
   version_ = read_version(session);
@@ -161,6 +168,7 @@ int PTFFormat::load(const std::string& path, std::int64_t /*target_rate*/) {
     AudioFiles list = read_audio_files(session, *files);
     audio_files_ = std::move(list.entries);
     audio_file_lengths_ = std::move(list.lengths);
+    audio_file_facts_ = std::move(list.facts);
   }
   return ptf_result::kLoaded;
 }

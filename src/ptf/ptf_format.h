@@ -21,6 +21,12 @@ struct AudioFileEntry {
   std::uint16_t index = 0;
 };
 
+// What the session knows of one file of that list.
+struct AudioFileFacts {
+  std::int64_t length = 0;    // samples, 0 if not told
+  std::uint8_t channels = 0;  // 0 if not told
+};
+
 // What `load` answers; 0 is success.
 namespace ptf_result {
 constexpr int kLoaded = 0;
@@ -53,6 +59,9 @@ class PTFFormat {
   // doesn't tell is 0.
   const std::vector<AudioFileEntry>& audio_files() const { return audio_files_; }
   const std::vector<std::int64_t>& audio_file_lengths() const { return audio_file_lengths_; }
+  // By file number: the blocks of the list, one a file. Where one of them is damaged, its file has no facts, while the
+  // lengths above close up.
+  const std::vector<AudioFileFacts>& audio_file_facts() const { return audio_file_facts_; }
 
  private:
   std::string path_;
@@ -61,6 +70,7 @@ class PTFFormat {
   std::int64_t rate_ = 0;
   std::vector<AudioFileEntry> audio_files_;
   std::vector<std::int64_t> audio_file_lengths_;
+  std::vector<AudioFileFacts> audio_file_facts_;
 };
 
 }  // namespace frt

@@ -14,7 +14,8 @@ std::string name_in_list(const std::string& name, NameList form, bool first) {
     case NameList::kQuotedLines:
       return "\n      \"" + name + "\"";
     case NameList::kBlanks:
-      return " " + name;
+      // A name that a reader couldn't tell from its neighbours stands in quotes, its bytes as they are.
+      return name.empty() || name.find_first_of(" \"") != name.npos ? " \"" + name + "\"" : " " + name;
     case NameList::kQuoted:
       return separator + ("\"" + name + "\"");
     case NameList::kCommas:

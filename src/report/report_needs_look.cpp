@@ -93,6 +93,8 @@ int add_needs_look(TextBuilder& report, const Told& told) {
   parts += add_count(report, "  %d track(s) matched no strip row (appended at the end)\n", told.order.unmatched_tracks);
   parts += add_names(report, "  %d referenced audio file(s) not in \"Audio Files\" or beside it:\n",
                      told.media.missing_files);
+  parts += add_names(report, "  %d audio file(s) differ in length from what the session says:\n",
+                     told.media.differing_files);
   if (parts == 0) report.print("  nothing - everything in this session was carried across\n");
   return parts;
 }

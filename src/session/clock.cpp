@@ -54,6 +54,10 @@ double TempoMap::seconds_of_ticks(double tick) const {
 
 double TempoMap::timeline_seconds(double tick) const { return std::max(0.0, seconds_of_ticks(tick)); }
 
+double stored_to_ticks(std::uint64_t stored) {
+  return static_cast<double>(static_cast<std::int64_t>(stored) - static_cast<std::int64_t>(kTickOrigin));
+}
+
 double biased_to_ticks(std::uint32_t raw) {
   constexpr double kOriginLow = static_cast<double>(kTickOrigin & 0xFFFFFFFFu);
   const double ticks = static_cast<double>(raw) - kOriginLow;

@@ -46,7 +46,9 @@ struct Clock {
   double of(double at, bool in_ticks) const { return in_ticks ? of_ticks(at) : of_samples(at); }
 };
 
-// The raw low 32 bits of a tick-based clip's position to ticks.
+// A stored position, 40 bits, in ticks from the tick origin; below 0 before it.
+double stored_to_ticks(std::uint64_t stored);
+// The raw low 32 bits of a position to ticks.
 double biased_to_ticks(std::uint32_t raw);
 
 }  // namespace frt

@@ -2,6 +2,7 @@
 #include <charconv>
 #include <string_view>
 
+#include "base/path.h"
 #include "base/text.h"
 #include "image/content_types.h"
 #include "session/session.h"
@@ -97,7 +98,8 @@ void dump_headers(Dump& out, const Session& session) {
 std::string clip_row(const ClipRecord& c) {
   return " #" + std::to_string(c.index) + " " + quoted(c.name) + " length=" + std::to_string(c.length) +
          Dump::field("offset", c.source_offset) + Dump::field("start", c.start) + Dump::field("file", c.file_name) +
-         Dump::field("file_index", c.file_index) + Dump::field("chunk", c.midi_chunk, -1);
+         Dump::field("file_index", c.file_index) + Dump::field("channel", c.channel, -1) +
+         Dump::field("of", c.file_channels) + Dump::field("chunk", c.midi_chunk, -1);
 }
 
 std::string placement_row(const Placement& p) {
@@ -248,6 +250,7 @@ void dump_mixer(Dump& out, const Mixer& mixer) {
   table_of(out, "track table", mixer.table.names, [](std::string_view name) { return " " + quoted(name); });
   dump_strips(out, mixer.strips);
   table_of(out, "buses", mixer.bus_names, [](std::string_view name) { return " " + quoted(name); });
+  table_of(out, "listed buses", mixer.listed_buses, [](std::string_view name) { return " " + quoted(name); });
   if (!mixer.key_buses.empty()) out.table("key buses");
   for (const auto& [id, name] : mixer.key_buses) out.row(std::to_string(id) + " " + quoted(name));
 }
@@ -268,9 +271,15 @@ void dump_track_list(Dump& out, const TrackList& list) {
 void dump_media(Dump& out, const Media& media) {
   if (!media.files.empty()) out.table("audio files");
   for (std::size_t i = 0; i < media.files.size(); ++i) {
-    const std::string_view folder = i < media.folders.by_number.size() ? media.folders.by_number[i] : "";
+    const std::string_view folder = i < media.folders.files.size() ? media.folders.files[i].folder : "";
     out.row(std::to_string(media.files[i].index) + ": " + quoted(media.files[i].name) +
-            Dump::field("samples", i < media.lengths.size() ? media.lengths[i] : 0) + Dump::field("folder", folder));
+            Dump::field("samples", i < media.lengths.size() ? media.lengths[i] : 0) +
+            Dump::field("channels", i < media.facts.size() ? media.facts[i].channels : 0) +
+            Dump::field("folder", folder) + Dump::field("chain", joined_path(media.folders.chain_of(i))));
+  }
+  if (!media.own_chain.empty()) {
+    out.table("own folder");
+    out.row(quoted(joined_path(media.own_chain)));
   }
   if (!media.folders.by_name.empty()) out.table("folders by name");
   for (const auto& [name, folder] : media.folders.by_name) out.row(quoted(name) + " in " + quoted(folder));

@@ -26,12 +26,15 @@ struct FileFacts {
   std::int64_t rate = 0;  // Hz as stated; positions of a session that states none count at kUsualRate
   const std::vector<AudioFileEntry>& audio_files;
   const std::vector<std::int64_t>& audio_file_lengths;  // samples, by file
+  const std::vector<AudioFileFacts>& audio_file_facts;  // by file number
 };
 
 struct Media {
   std::span<const AudioFileEntry> files;  // the session's audio files in the order of its list
   std::span<const std::int64_t> lengths;  // samples, by file
+  std::span<const AudioFileFacts> facts;  // by file number
   AudioFileFolders folders;
+  std::vector<std::string_view> own_chain;  // the session's own folder, from the volume down; empty if not told
   // By clip number: the audio file of a freeze render; nothing for a row that names no file.
   std::vector<std::optional<std::uint16_t>> freeze_files;
 };

@@ -5,6 +5,8 @@
 #include <optional>
 #include <utility>
 
+#include "base/path.h"
+#include "base/plain_numbers.h"
 #include "base/text.h"
 #include "mix/mix.h"
 #include "model/clips/shape_clips.h"
@@ -27,16 +29,6 @@ namespace {
 
 using frtgui::Step;
 
-// Where the media of a session lies.
-MediaPlaces media_places(const ConversionOptions& options) {
-  MediaPlaces places;
-  places.media = options.audio_dir_given ? options.audio_dir : default_audio_dir(options.session_path);
-  while (places.media.size() > 1 && (places.media.back() == '/' || places.media.back() == '\\'))
-    places.media.pop_back();
-  places.session = folder_of(places.media);
-  return places;
-}
-
 // Prints a long text in pieces, so that no limit on one text cuts it.
 void print_long_text(const std::string& text) {
   constexpr std::size_t kPiece = 4000;
@@ -47,7 +39,7 @@ void print_long_text(const std::string& text) {
 class Conversion {
  public:
   Conversion(const ConversionOptions& options, ConversionResult* result, frtgui::Progress* progress)
-      : options_(options), result_(result), progress_(progress), places_(media_places(options)) {}
+      : options_(options), result_(result), progress_(progress) {}
 
   RunOutcome run() {
     RunOutcome outcome;
@@ -78,7 +70,8 @@ class Conversion {
     const int result = load_session(ptf_, options_.session_path);
     if (!accept_session(options_.session_path, ptf_, result, progress_ != nullptr, problem_)) return false;
     image_.emplace(ptf_.image());
-    const FileFacts file{ptf_.version(), ptf_.session_rate(), ptf_.audio_files(), ptf_.audio_file_lengths()};
+    const FileFacts file{ptf_.version(), ptf_.session_rate(), ptf_.audio_files(), ptf_.audio_file_lengths(),
+                         ptf_.audio_file_facts()};
     session_ = read_session(*image_, file, {.tempo_override = options_.tempo_override});
     report_damage(session_.damage, options_.check_only);
     if (options_.list_only) print_session_list(session_);
@@ -116,21 +109,21 @@ class Conversion {
 
   bool write(Told& told) {
     report_step(progress_, Step::kWriting);
-    media_.emplace(places_, session_.media.folders);
+    told.output_path = wanted_output_path(options_);
+    media_.emplace(media_places(options_, told.output_path), session_.media);
     mix_ = mix_tracks(session_, ordered_.tracks, ordered_.facts, tables_, *media_, options_);
     told.mix = std::move(mix_.counts);
     told.header = &mix_.header;
     told.tracks = ordered_.tracks;
-    told.media_folder = places_.media;
-    told.output_path = wanted_output_path(options_);
+    const MediaPlaces& places = media_->places();
+    told.media_folder = folder_from_project(places.media, places.project, places.working);
     return write_output(mix_, options_, told.output_path, progress_);
   }
 
   void tell(Told& told, RunOutcome& outcome) {
     print_notes(told);
     report_step(progress_, Step::kMedia);
-    media_->check(session_.media.files);
-    told.media = media_->counts();
+    told.media = media_->check();
     print_media_notes(told);
     if (progress_ || result_ || options_.write_report) report(told, outcome);
     print_closing_notes(told);
@@ -154,7 +147,6 @@ class Conversion {
   const ConversionOptions& options_;
   ConversionResult* result_;
   frtgui::Progress* progress_;
-  const MediaPlaces places_;
   Problem problem_;
 
   PTFFormat ptf_;
@@ -170,6 +162,7 @@ class Conversion {
 }  // namespace
 
 RunOutcome run_conversion(const ConversionOptions& options, ConversionResult* result, frtgui::Progress* progress) {
+  const PlainNumbers plain;  // for every text of the run: project, console, report
   std::optional<TextCapture> capture;
   if (result) {
     *result = {};

@@ -15,8 +15,8 @@ void print_session_list(const Session& session) {
              static_cast<long long>(session.rate), static_cast<int>(table.size()));
   int index = 0;
   for (const std::string_view name : table) print_text("    %2d  %s\n", index++, std::string(name).c_str());
-  print_text("\n  buses (%d): ", static_cast<int>(session.mixer.bus_names.size()));
-  for (const std::string_view bus : session.mixer.bus_names) print_text("%s | ", std::string(bus).c_str());
+  print_text("\n  buses (%d): ", static_cast<int>(session.mixer.listed_buses.size()));
+  for (const std::string_view bus : session.mixer.listed_buses) print_text("%s | ", std::string(bus).c_str());
   const std::vector<std::string_view> placed = placement_names(session.clips, session.midi);
   print_text("\n\n  libptformat track names (%d unique):\n", static_cast<int>(placed.size()));
   const std::set<std::string_view> in_table(table.begin(), table.end());

@@ -106,7 +106,11 @@ void write_item(ProjectText& out, const OutputItem& item, const LanePlace& lane)
   } else {
     out.fixed(item.pitch_semitones, 6);
   }
-  out.text(" -1 0 0.0025\n      CHANMODE 0\n      NAME ").quoted(item.clip_name).text("\n");
+  out.text(" -1 0 0.0025\n      CHANMODE ")
+      .integer(item.channel_mode)
+      .text("\n      NAME ")
+      .quoted(item.clip_name)
+      .text("\n");
   if (markers) write_stretch_markers(out, item.warp);
   if (item.has_gain || item.pan_side != 0.0 || item.polarity) {
     out.text("      VOLPAN ");
@@ -119,7 +123,7 @@ void write_item(ProjectText& out, const OutputItem& item, const LanePlace& lane)
   }
   write_gain_envelope(out, item.gain_line);
   // A clip edited in Melodyne names its GUID and its audio archive here, by its running number.
-  out.text("      <SOURCE WAVE\n        FILE ").quoted(item.media ? item.media->path : "").text("\n      >\n");
+  out.text("      <SOURCE WAVE\n        FILE ").quoted(item.media ? item.media->project_path : "").text("\n      >\n");
   write_take_fx(out, {}, {});  // neither Melodyne clips nor Clip Effects are read yet
   out.text("    >\n");
 }

@@ -56,7 +56,8 @@ void write_project_header(ProjectText& project, const HeaderPage& page) {
   project.text(" ").integer(page.meter.numerator).text(" ").integer(page.meter.denominator);
   project.text("\n  PLAYRATE 1 0 0.25 4\n");
   if (page.timecode) {
-    project.text("  PROJOFFS ").fixed(page.timecode->project_offset, 10).text(" 0 0\n");
+    project.text("  PROJOFFS ").fixed(page.timecode->project_offset, 10).text(" ");
+    project.integer(-page.timecode->measures_before).text(" 0\n");
     project.print("  TIMEMODE 1 5 -1 %d %d 0 -1 0\n", page.timecode->rate, page.timecode->mode);
   }
   write_recording_format(project, page.wav_depth);

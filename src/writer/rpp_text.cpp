@@ -1,9 +1,6 @@
 #include "writer/rpp_text.h"
 
-#include <locale.h>
-
 #include <charconv>
-#include <clocale>
 #include <cstdio>
 #include <cstring>
 
@@ -13,23 +10,6 @@ namespace {
 constexpr std::size_t kBufferSize = 256 * 1024;
 // What a number can take beside its fraction digits: the sign, 309 digits, the point, an exponent.
 constexpr std::size_t kNumberRoom = 336;
-
-// printf takes its decimal point from the locale; while this stands, the calling thread's is the "C" locale.
-// The program sets none itself, but a host that embeds it may have.
-class PlainNumbers {
- public:
-  PlainNumbers() : before_(uselocale(plain())) {}
-  ~PlainNumbers() { uselocale(before_); }
-  PlainNumbers(const PlainNumbers&) = delete;
-  PlainNumbers& operator=(const PlainNumbers&) = delete;
-
- private:
-  static locale_t plain() {
-    static const locale_t locale = newlocale(LC_ALL_MASK, "C", locale_t{});
-    return locale;
-  }
-  locale_t before_;
-};
 
 char delimiter_for(std::string_view text) {
   for (const char c : {'"', '\'', '`'}) {
@@ -109,7 +89,6 @@ char* ProjectText::room(std::size_t n) {
 }
 
 void ProjectText::print(const char* format, ...) {
-  const PlainNumbers plain;
   std::va_list values, again;
   va_start(values, format);
   va_copy(again, values);

@@ -26,8 +26,7 @@ constexpr std::uint32_t kCommentItem = 0x7C000000;  // + the track's seed
 constexpr std::uint32_t kSoloKeeper = 69999;
 }  // namespace guid_seed
 
-// The project's text, printed top to bottom through one buffer. Numbers print in the "C" locale whatever the
-// environment says.
+// The project's text, printed top to bottom through one buffer.
 class ProjectText {
  public:
   explicit ProjectText(TextTarget& target);

@@ -141,7 +141,7 @@ TimedFade timed_fade(const PlaylistEntry& entry, const FadeRecord& fade, bool ti
   const auto seconds = [&](double tick) {
     return tempo.has_song_start() ? tempo.timeline_seconds(tick) : tempo.seconds_of_ticks(tick);
   };
-  const double tick = biased_to_ticks(static_cast<std::uint32_t>(entry.position));
+  const double tick = stored_to_ticks(entry.position);
   const double at = seconds(tick);
   return {at, at - seconds(tick - fade.before), seconds(tick + fade.length) - at};
 }

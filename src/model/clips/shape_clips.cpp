@@ -54,10 +54,8 @@ double sync_offset_of(const Placement& placement, const std::vector<std::int64_t
 double seconds_of(const Placement& placement, bool ticks, const Clock& clock) {
   if (!ticks) return clock.of_samples(static_cast<double>(placement.start));
   const TempoMap& tempo = clock.tempo;
-  if (!tempo.has_song_start()) return tempo.seconds_of_ticks(biased_to_ticks(placement.raw_start));
-  // With a song start, positions before the tick origin are real ones.
-  const auto tick = static_cast<std::int64_t>(placement.position40) - static_cast<std::int64_t>(kTickOrigin);
-  return tempo.timeline_seconds(static_cast<double>(tick));
+  const double tick = stored_to_ticks(placement.position40);
+  return tempo.has_song_start() ? tempo.timeline_seconds(tick) : tempo.seconds_of_ticks(tick);
 }
 
 // Raw positions to seconds, then back by the sync point, then into the order of the timeline.
@@ -75,6 +73,16 @@ void place_in_seconds(std::vector<PlacedTrack>& tracks, const std::vector<Placem
   }
 }
 
+// A clip of a file with several channels is one of them.
+int channel_mode_of(const ClipRecord& clip) {
+  constexpr std::int64_t kChannelLimit = 64;  // what REAPER can take alone
+  constexpr int kFirstChannelAlone = 3;
+  if (clip.file_channels < 2 || clip.channel < 0 ||
+      clip.channel >= std::min<std::int64_t>(clip.file_channels, kChannelLimit))
+    return 0;
+  return kFirstChannelAlone + static_cast<int>(clip.channel);
+}
+
 OutputItem make_item(const PlacedClip& placed, const Placement& placement, const ClipRecord& clip, double sync_offset,
                      const Clock& clock) {
   OutputItem item;
@@ -87,6 +95,7 @@ OutputItem make_item(const PlacedClip& placed, const Placement& placement, const
   item.clip_name = clip.name;
   item.file_name = clip.file_name;
   item.file_index = clip.file_index;
+  item.channel_mode = channel_mode_of(clip);
   item.muted = placement.muted;
   item.whole_file = is_whole_file(clip.name, item.raw_offset);
   item.over_next = placed.over_next;

@@ -35,7 +35,6 @@ std::vector<NodeKind> kinds_of(const std::vector<TrackNode>& nodes, const std::v
     kind.alternate = !node.record_name.empty() && !strip_table.empty() && !track_names.contains(node.record_name);
     kind.freeze = node.name == kFreezeName;
     if (kind.alternate) {
-      ++counts.alternate_playlists;
       const auto owner = playlist_owners.find(node.record_name);
       if (owner != playlist_owners.end() && owner->second < strip_table.size()) {
         kind.owner = strip_table[owner->second];
@@ -154,6 +153,7 @@ class Folding {
     OutputTrack track;
     track.name = track.pt_name = leg.name;
     set_pan_side(leg.items, 0.0);
+    for (OutputItem& item : leg.items) item.channel_mode = 0;  // one item plays all channels
     track.items = std::move(leg.items);
     note_timebase(leg);
     note_width(leg, n);
@@ -167,6 +167,7 @@ class Folding {
     TrackNode& node = nodes_[index];
     const NodeKind& kind = kinds_[index];
     if (kind.alternate && !kind.freeze && !options_.keep_alt_takes) {
+      ++counts_.alternates_left_out;
       node.items.clear();
       return;
     }
@@ -185,7 +186,6 @@ class Folding {
       track.lane_name = node.name;
       track.name = std::string(kind.owner).append(" [lane: ").append(node.name).append("]");
     }
-    if (kind.alternate && kind.freeze) ++counts_.alternates_kept_elsewhere;
     track.items = std::move(node.items);
     if (n == 2) {
       track.forced_pan = k == 0 ? -1.0 : 1.0;

@@ -14,9 +14,8 @@ namespace frt {
 struct FoldCounts {
   int stereo_merges = 0;
   int surround_folds = 0;
-  int alternate_playlists = 0;        // all that the session holds
-  int owner_matches = 0;              // of these, matched to their parent track
-  int alternates_kept_elsewhere = 0;  // of these, freeze renders
+  int owner_matches = 0;        // alternate playlists matched to their parent track
+  int alternates_left_out = 0;  // under --drop-alt-takes
   int lanes = 0;
 };
 

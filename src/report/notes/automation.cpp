@@ -12,7 +12,8 @@ bool has_modes_beside_off(const Told& told) {
 
 std::string other_modes(const Told& told) {
   std::string list;
-  for (const std::string& track : told.mix.tracks.other_mode_tracks) list += track;
+  for (const auto& [name, mode] : told.mix.tracks.other_mode_tracks)
+    list += name_in_list(name, NameList::kBlanks, list.empty()) + "=" + std::string(mode);
   return list;
 }
 

@@ -32,11 +32,9 @@ constexpr Note kSetAside[] = {
      "      queue and cannot show after a reopen. Left out, as the author removed\n"
      "      them; --recover-deleted brings them back as muted tracks beside their\n"
      "      parent, at their original positions.\n"},
-    // All alternates of the session, so that the switch that leaves them out is named whenever there are any,
-    // and told to have worked whenever it was given.
-    {in<&FoldCounts::alternate_playlists>, in<&ConversionOptions::keep_alt_takes>,
+    {in<&Told::lanes>, in<&ConversionOptions::keep_alt_takes>,
      "  %d alternate playlists kept as lanes (--drop-alt-takes to leave them out)\n"},
-    {in<&FoldCounts::alternate_playlists>, unless(in<&ConversionOptions::keep_alt_takes>),
+    {in<&FoldCounts::alternates_left_out>, unless(in<&ConversionOptions::keep_alt_takes>),
      "  %d alternate playlists set aside (--drop-alt-takes was given)\n"},
 };
 

@@ -5,6 +5,8 @@
 namespace frt::notes {
 namespace {
 
+constexpr std::size_t kMostNames = 6, kLongestName = 64;  // of a list of files
+
 void print_sibling_folders(const Told& told) {
   const MediaCounts& media = told.media;
   if (media.sibling_hits <= 0) return;
@@ -25,23 +27,43 @@ void print_sibling_folders(const Told& told) {
 }
 
 void print_missing_files(const Told& told) {
-  constexpr std::size_t kMostNames = 6, kLongestName = 64;
   const NameVector& files = told.media.missing_files;
   if (files.empty()) return;
   print_text("  WARNING: %d referenced audio file(s) are not in \"Audio Files\" or beside it:\n", count_of(files));
   print_first_names(files, kMostNames, kLongestName);
+  if (const int outside = told.media.missing_outside; outside > 0) {
+    print_text(
+        "      %d of them lie outside the session's folder; their FILE lines name\n"
+        "      the place that the session gives.\n",
+        outside);
+  }
   print_text(
       "      REAPER will search for these on load and may look frozen while\n"
       "      it does. Answering \"ignore missing files\" opens the rest fine.\n");
 }
 
+void print_differing_files(const Told& told) {
+  const NameVector& files = told.media.differing_files;
+  if (files.empty()) return;
+  print_text(
+      "  WARNING: %d audio file(s) differ in length from what the session says,\n"
+      "      so another file of the same name may have taken its place:\n",
+      count_of(files));
+  print_first_names(files, kMostNames, kLongestName);
+}
+
 const char* which_file_lines(const Told& told) {
-  return told.mix.items.clips_in_sibling_folders > 0 ? "every other " : "every ";
+  return told.mix.items.clips_elsewhere > 0 ? "every other " : "every ";
 }
 
 constexpr Note kMediaFiles[] = {
     {print_sibling_folders},
+    {in<&MediaCounts::found_outside>,
+     "  %d audio file(s) lie outside the session's folder and were found where\n"
+     "      the session says; %d clip(s) use them.\n",
+     in<&MediaCounts::clips_outside>},
     {print_missing_files},
+    {print_differing_files},
 };
 
 constexpr Note kLongClips[] = {

@@ -1,6 +1,7 @@
 #include "session/clips/audio_clips.h"
 
 #include <algorithm>
+#include <optional>
 #include <unordered_map>
 
 #include "image/content_types.h"
@@ -20,12 +21,22 @@ class FileNames {
     }
   }
   std::string_view of(std::uint16_t index) const {
-    const auto found = first_.find(index);
-    const std::size_t at = std::min(found == first_.end() ? files_.size() : found->second, nameless_);
+    const std::size_t at = deciding(index);
     return at < files_.size() ? files_[at].name : std::string_view{};
+  }
+  // The place in the list of the entry that decides, if it bears the index.
+  std::optional<std::size_t> place_of(std::uint16_t index) const {
+    const std::size_t at = deciding(index);
+    if (at < files_.size() && files_[at].index == index) return at;
+    return std::nullopt;
   }
 
  private:
+  std::size_t deciding(std::uint16_t index) const {
+    const auto found = first_.find(index);
+    return std::min(found == first_.end() ? files_.size() : found->second, nameless_);
+  }
+
   const std::vector<AudioFileEntry>& files_;
   std::unordered_map<std::uint16_t, std::size_t> first_;
   std::size_t nameless_;
@@ -34,7 +45,8 @@ class FileNames {
 }  // namespace
 
 std::vector<ClipRecord> read_audio_clips(const SessionImage& image, const std::vector<Block>& roots,
-                                         const std::vector<AudioFileEntry>& files) {
+                                         const std::vector<AudioFileEntry>& files,
+                                         const std::vector<AudioFileFacts>& facts) {
   namespace at = clip_entry;
   const ByteView bytes = image.bytes();
   const FileNames names(files);
@@ -53,6 +65,13 @@ std::vector<ClipRecord> read_audio_clips(const SessionImage& image, const std::v
       if (!children.empty() && bytes.has(children.front().end(), 4))
         clip.file_index = *bytes.u16(children.front().end());
       clip.file_name = names.of(clip.file_index);
+      if (entry.content_type == content::kClip && !children.empty() &&
+          children.front().content_type == content::kClipHeader &&
+          children.front().end() + at::kBehindChannel <= entry.end()) {
+        clip.channel = bytes.u32_or(children.front().end() + at::kChannel, 0);
+      }
+      if (const auto file = names.place_of(clip.file_index); file && *file < facts.size())
+        clip.file_channels = facts[*file].channels;
       clips.push_back(clip);
     }
   }

@@ -11,8 +11,9 @@
 namespace frt {
 
 // One per entry of the audio clip lists among the roots, in file order; a clip's index is its place here. `files` gives
-// the names of the audio files.
+// the names of the audio files, `facts` their channels, by number.
 std::vector<ClipRecord> read_audio_clips(const SessionImage& image, const std::vector<Block>& roots,
-                                         const std::vector<AudioFileEntry>& files);
+                                         const std::vector<AudioFileEntry>& files,
+                                         const std::vector<AudioFileFacts>& facts);
 
 }  // namespace frt

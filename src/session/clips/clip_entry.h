@@ -13,8 +13,10 @@ namespace frt {
 //   + 9       a block kClipHeader, whose content is
 //   + 18      counted name; behind it the packed numbers
 //   e         behind that block: u16 number of the audio file
+//   e + 4     u32 channel in that file, from 0, where 8 bytes are left; in every session from Pro Tools 10 to 2024 seen
 namespace clip_entry {
 constexpr std::uint64_t kHeader = 9, kName = 18, kNameText = 22;
+constexpr std::uint64_t kChannel = 4, kBehindChannel = 8;  // from e
 }  // namespace clip_entry
 
 // Clip header, from its mark: counted name, then the packed numbers

@@ -37,11 +37,12 @@ void take_sync_points(const std::vector<SyncPoint>& points, ClipSource& source) 
 }  // namespace
 
 ClipSource read_clip_source(const SessionImage& image, const std::vector<Block>& roots,
-                            const std::vector<AudioFileEntry>& files, const Clock& clock, Skips& skips) {
+                            const std::vector<AudioFileEntry>& files, const std::vector<AudioFileFacts>& facts,
+                            const Clock& clock, Skips& skips) {
   const ByteView bytes = image.bytes();
   ClipSource source;
   if (has_clip_tables(bytes)) {
-    source.clips = read_audio_clips(image, roots, files);
+    source.clips = read_audio_clips(image, roots, files, facts);
     const TrackNames tracks = read_track_names(bytes, roots);
     source.channel_count = tracks.size();
     source.placements = read_audio_placements(bytes, roots, tracks, source.clips);

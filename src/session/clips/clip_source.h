@@ -42,7 +42,8 @@ struct MidiSource {
 // Reads them. An image under 65 bytes, or one of a big-endian session, gives no clips, placements or chunks. With a
 // song start MIDI placements before the tick origin keep their sign.
 ClipSource read_clip_source(const SessionImage& image, const std::vector<Block>& roots,
-                            const std::vector<AudioFileEntry>& files, const Clock& clock, Skips& skips);
+                            const std::vector<AudioFileEntry>& files, const std::vector<AudioFileFacts>& facts,
+                            const Clock& clock, Skips& skips);
 MidiSource read_midi_source(const SessionImage& image, const std::vector<Block>& roots, const Clock& clock);
 
 // The track names of all audio placements, then of all MIDI placements, repeats kept.

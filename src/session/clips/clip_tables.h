@@ -51,6 +51,8 @@ struct ClipRecord {
   std::int64_t length = 0;         // samples, or ticks for MIDI
   std::string_view file_name;      // empty for MIDI
   std::uint16_t file_index = 0;    // index in the audio file list
+  std::int64_t channel = -1;       // the channel of its file that it plays, from 0; -1 if not told
+  std::uint8_t file_channels = 0;  // how many the file has, 0 if not told
   std::int32_t midi_chunk = -1;    // index in the chunk list, -1 for audio
 };
 

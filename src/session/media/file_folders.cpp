@@ -3,13 +3,15 @@
 #include <algorithm>
 #include <array>
 
+#include "base/path.h"
 #include "image/content_types.h"
-#include "ptf/file_list.h"
+#include "session/media/own_chain.h"
 
 namespace frt {
 namespace {
 
 constexpr std::uint32_t kLongestName = 512;
+constexpr std::uint64_t kSmallestEntry = 13;  // bytes
 
 std::string_view folder_of_entry(const std::vector<FileListEntry>& entries, const FileListEntry& file) {
   if (file.parent >= entries.size() || entries[file.parent].kind != FileListEntry::kFolder) return {};
@@ -58,6 +60,8 @@ AudioFileFolders read_audio_file_folders(const SessionImage& image, Skips& skips
     return behind != file_roots.begin() && list.end() <= std::prev(behind)->end();
   };
 
+  // Lists of a session don't share entries. Lists made to overlap could each hold all of the others' once more.
+  std::uint64_t entries_left = image.size() / kSmallestEntry;
   bool numbers_hold = true;
   for (const std::uint32_t index : lists) {
     const FlatBlock& list = image.block(index);
@@ -69,20 +73,48 @@ AudioFileFolders read_audio_file_folders(const SessionImage& image, Skips& skips
       if (numbered) numbers_hold = false;
       continue;
     }
+    if (entries->size() > entries_left) {
+      numbers_hold = false;
+      break;
+    }
+    entries_left -= entries->size();
     for (const FileListEntry& entry : *entries) {
       if (entry.kind != FileListEntry::kFile) continue;
       const std::string_view folder = folder_of_entry(*entries, entry);
       add_folder(folders, entry.name, folder);
       if (!numbered) continue;
-      folders.by_number.push_back(folder);
-      ++folders.name_counts[std::string(entry.name)];
+      ListedFile& file = folders.files.emplace_back();
+      file.name = entry.name;
+      file.folder = folder;
+      file.list = folders.lists.size();
+      file.parent = entry.parent;
     }
+    if (numbered) folders.lists.push_back(*entries);
   }
   if (!numbers_hold) {
-    folders.by_number.clear();
-    folders.name_counts.clear();
+    folders.files.clear();
+    folders.lists.clear();
   }
   return folders;
+}
+
+std::vector<std::string_view> AudioFileFolders::chain_of(std::size_t number) const {
+  constexpr std::size_t kMostNames = 64;
+  if (number >= files.size() || !is_sound_name(files[number].name)) return {};
+  const std::vector<FileListEntry>& entries = lists[files[number].list];
+  std::vector<std::string_view> chain;
+  for (std::uint32_t at = files[number].parent; at < entries.size() && chain.size() < kMostNames;
+       at = entries[at].parent) {
+    const FileListEntry& entry = entries[at];
+    chain.push_back(entry.name);
+    if (entry.kind == FileListEntry::kVolume) {
+      if (!is_sound_volume(entry.name)) return {};
+      std::reverse(chain.begin(), chain.end());
+      return chain;
+    }
+    if (entry.kind != FileListEntry::kFolder || !is_sound_name(entry.name)) return {};
+  }
+  return {};
 }
 
 }  // namespace frt

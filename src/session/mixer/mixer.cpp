@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "session/mixer/inactive_entries.h"
+#include "session/mixer/io_paths.h"
 #include "session/mixer/lanes.h"
 #include "session/mixer/midi_strips.h"
 #include "session/mixer/name_table.h"
@@ -26,14 +27,15 @@ std::vector<std::string_view> names_beside(std::vector<std::string_view> names,
 
 }  // namespace
 
-Mixer read_mixer(const SessionImage& image, const std::vector<std::string_view>& placement_names,
-                 const std::vector<DisplayRow>& display_rows) {
+Mixer read_mixer(const SessionImage& image, const std::vector<Block>& roots,
+                 const std::vector<std::string_view>& placement_names, const std::vector<DisplayRow>& display_rows) {
   Mixer mixer;
   StripRows rows = read_strip_rows(image);
   mixer.rows = std::move(rows.rows);
   mixer.names_aligned = rows.names_aligned;
   mixer.table = choose_strip_table(image, placement_names, mixer.rows);
   mixer.bus_names = names_beside(read_bus_names(image), mixer.table.names);
+  mixer.listed_buses = read_listed_buses(image.bytes(), roots).value_or(mixer.bus_names);
   mixer.strips = read_strip_records(image, mixer.table.names, mixer.bus_names, mixer.rows);
   read_strip_lanes(image, mixer.strips);
   mixer.master = find_master(image, mixer.rows, mixer.strips);

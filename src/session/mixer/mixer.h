@@ -20,9 +20,10 @@ struct Mixer {
   std::vector<StripRow> rows;  // one per strip, in file order
   bool names_aligned = false;  // the track table's names line up with the rows
 
-  StripTable table;                 // the strips' names in mixer order
-  std::vector<StripRecord> strips;  // by place in the table: levels, sends, lanes
-  std::vector<std::string_view> bus_names;
+  StripTable table;                            // the strips' names in mixer order
+  std::vector<StripRecord> strips;             // by place in the table: levels, sends, lanes
+  std::vector<std::string_view> bus_names;     // by which the sends of level records are found
+  std::vector<std::string_view> listed_buses;  // as the I/O setup lists them; bus_names where it can't be read
   MasterStrip master;
 
   // By row.
@@ -41,8 +42,8 @@ struct TrackList {
 };
 
 // `placement_names` are the track names of all placements.
-Mixer read_mixer(const SessionImage& image, const std::vector<std::string_view>& placement_names,
-                 const std::vector<DisplayRow>& display_rows);
+Mixer read_mixer(const SessionImage& image, const std::vector<Block>& roots,
+                 const std::vector<std::string_view>& placement_names, const std::vector<DisplayRow>& display_rows);
 TrackList read_track_list(const SessionImage& image, const Mixer& mixer, std::vector<DisplayRow> display_rows);
 
 }  // namespace frt

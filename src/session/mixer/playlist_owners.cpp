@@ -143,8 +143,9 @@ std::vector<std::string_view> read_entry_names(const SessionImage& image) {
     if (block.start < behind_child || block.end() > list->end()) continue;
     behind_child = block.end();
     if (block.content_type != content::kTrackEntry) continue;
+    // By number, so of any length that the entry holds.
     names.push_back(
-        read_name(image.bytes(), block.start + entry_layout::kName, entry_layout::kLeastName, entry_layout::kMostName));
+        read_name(image.bytes(), block.start + entry_layout::kName, entry_layout::kLeastName, UINT32_MAX, block.end()));
   }
   return names;
 }
