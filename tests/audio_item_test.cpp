@@ -1,15 +1,13 @@
-// Items as the written list of tracks decides them, the limits of their printing, and where audio files are looked for.
+// Items as the written list of tracks decides them, the limits of their printing.
 #include "writer/audio_item.h"
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <string>
 #include <vector>
 
 #include "mix/items.h"
 #include "support/project_text.h"
-#include "support/temp_folder.h"
 
 namespace frt {
 namespace {
@@ -19,9 +17,8 @@ using test::lines_of;
 
 // One second into its source and two seconds long; 1000 samples a second.
 struct Scene {
-  AudioFileFolders listed;
-  MediaPlaces places{"/media", ""};
-  MediaFiles media{places, listed};
+  const Media listed;
+  MediaFiles media{{"/media", "", "/", "/"}, listed};
   ConversionOptions options;
   std::vector<OutputTrack> tracks = std::vector<OutputTrack>(1);
   OutputItem& item = tracks[0].items.emplace_back();
@@ -131,42 +128,6 @@ TEST(AudioItem, LanesShareTheHeightInListOrder) {
   EXPECT_EQ(lines_of(scene.written(), "YPOS"),
             (Lines{"0.000000 0.333333 2", "0.333333 0.333333 2", "0.333333 0.333333 2", "0.666667 0.333333 2"}));
   EXPECT_EQ(scene.counts.clips_written, 4);
-}
-
-// ---- where the files are ----
-
-struct MediaPath : testing::Test {
-  test::TempFolder folder;
-  AudioFileFolders listed;
-  MediaPlaces places{folder.at("Audio Files"), folder.path().string()};
-  MediaFiles media{places, listed};
-
-  void put(const std::string& name, const std::vector<std::string>& folders) {
-    for (const std::string& in : folders) {
-      std::filesystem::create_directories(folder.path() / in);
-      folder.put(in + "/" + name, "audio");
-    }
-  }
-  // Where a file is expected, from the session's folder on.
-  std::string path_of(const char* name, std::uint16_t number = 0) {
-    return media.resolve(name, number).path.substr(folder.path().string().size() + 1);
-  }
-};
-
-TEST_F(MediaPath, OnlyFilesOfOneNameAreToldApartByNumber) {
-  put("a.wav", {"Audio Files", "Stems", "Mixes"});
-  put("own.wav", {"Audio Files", "Stems"});
-  listed.by_number = {"Audio Files", "Stems", "Mixes", "Gone", ""};
-  listed.name_counts = {{"a.wav", 5}, {"own.wav", 1}};
-  EXPECT_EQ(path_of("a.wav", 0), "Audio Files/a.wav");  // the media folder's own file is no sibling
-  EXPECT_EQ(media.counts().sibling_hits, 0);
-  EXPECT_EQ(path_of("a.wav", 1), "Stems/a.wav");
-  for (int again = 0; again < 2; ++again) EXPECT_EQ(path_of("a.wav", 2), "Mixes/a.wav");
-  for (const auto number : std::vector<std::uint16_t>{3, 4, 99}) {  // not where it is listed: the usual order
-    EXPECT_EQ(path_of("a.wav", number), "Audio Files/a.wav") << number;
-  }
-  EXPECT_EQ(path_of("own.wav", 1), "Audio Files/own.wav");
-  EXPECT_EQ(media.counts().sibling_hits, 2);
 }
 
 }  // namespace

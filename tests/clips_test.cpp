@@ -32,11 +32,11 @@ SessionBuilder audio_session() {
 TEST(AudioClips, StandOnTracksWithoutGapsInBothForms) {
   SessionBuilder s = audio_session();
   const auto newer = tables_of(s);
-  EXPECT_EQ(newer.rows("audio clips"), R"(0: #0 "a.L" length=100 offset=5 file="one.L.wav" file_index=1
-1: #1 "a.R" length=100 offset=5 file="one.R.wav" file_index=2
-2: #2 "c.L" length=9 file_index=77
-3: #3 "c.R" length=9 file_index=77
-4: #4 "b" length=1193046 file="zero.wav")");
+  EXPECT_EQ(newer.rows("audio clips"), R"(0: #0 "a.L" length=100 offset=5 file="one.L.wav" file_index=1 channel=0 of=1
+1: #1 "a.R" length=100 offset=5 file="one.R.wav" file_index=2 channel=0 of=1
+2: #2 "c.L" length=9 file_index=77 channel=0
+3: #3 "c.R" length=9 file_index=77 channel=1
+4: #4 "b" length=1193046 file="zero.wav" channel=0 of=1)");
   // Of a position the low 32 bits count on a track in samples.
   EXPECT_EQ(newer.rows("audio placements"), R"(0: track 0 (0) "Gtr" clip 0 start=4000 position40=4000 muted
 1: track 1 (1) "Gtr" clip 1 start=4000 position40=4000 muted
@@ -172,10 +172,12 @@ TEST(AudioFileFolders, NumbersTellFilesOfOneNameApartOnlyIfEveryListReads) {
   s.audio_file("Mix.wav", 1, "Stems");
   s.audio_file("Mix.wav", 2, "Mixes");
   EXPECT_EQ(tables_of(s).rows("audio files"),
-            "0: \"Mix.wav\" samples=1 folder=\"Stems\"\n1: \"Mix.wav\" samples=2 folder=\"Mixes\"");
+            "0: \"Mix.wav\" samples=1 channels=1 folder=\"Stems\" chain=\"Disk/Stems\"\n"
+            "1: \"Mix.wav\" samples=2 channels=1 folder=\"Mixes\" chain=\"Disk/Mixes\"");
   s.second_file_list().audio_file("Late.wav", 3);
   EXPECT_EQ(tables_of(s).rows("audio files"),
-            "0: \"Mix.wav\" samples=1\n1: \"Mix.wav\" samples=2\n2: \"Late.wav\" samples=3");
+            "0: \"Mix.wav\" samples=1 channels=1\n1: \"Mix.wav\" samples=2 channels=1\n"
+            "2: \"Late.wav\" samples=3 channels=1");
 }
 
 }  // namespace

@@ -123,7 +123,7 @@ TEST(TrackPages, ModeOffKeepsTheRestingPansOnTheFirstTrackOfTheRow) {
   EXPECT_EQ(level_of(pages[1]), "1.00 0.2 [-1 1]");
   EXPECT_FALSE(pages[0].envelopes.at(0).active);
   EXPECT_TRUE(pages[1].envelopes.at(0).active);
-  EXPECT_EQ(scene.counts.other_mode_tracks, Lines{" T=Off"});
+  EXPECT_EQ(scene.counts.other_mode_tracks.at(0), (std::pair<std::string, std::string_view>("T", "Off")));
 }
 
 TEST(TrackPages, PanModeByStripAndWidth) {

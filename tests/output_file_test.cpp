@@ -3,6 +3,7 @@
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -112,6 +113,38 @@ TEST(OutputFile, RefusesWhereNoFileCanBe) {
   }
   EXPECT_FALSE(file.commit());
   EXPECT_EQ(folder.count(), 1u);
+}
+
+// As a user who may not do everything: in a process of its own, since tests may run as root.
+template <typename Do>
+bool without_rights(Do what) {
+  constexpr uid_t kNobody = 65534;
+  const pid_t child = ::fork();
+  if (child == 0) {
+    const bool nobody = ::geteuid() != 0 || (::setgid(kNobody) == 0 && ::setuid(kNobody) == 0);
+    ::_exit(nobody && what() ? 0 : 1);
+  }
+  int status = 1;
+  ::waitpid(child, &status, 0);
+  return status == 0;
+}
+
+// Nothing could be kept safe in a folder where no second file can stand, or under a name that may not be replaced.
+TEST(OutputFile, WhatMayNotBeWrittenIsRefused) {
+  const TempFolder folder;
+  const std::string locked = folder.put("locked.rpp", "old"), kept = folder.at("closed/kept.rpp");
+  ::chmod(folder.path().c_str(), 0777);
+  ::chmod(locked.c_str(), 0444);
+  fs::create_directory(folder.at("closed"));
+  folder.put("closed/kept.rpp", "old");
+  ::chmod(kept.c_str(), 0666);
+  ::chmod(folder.at("closed").c_str(), 0555);
+  EXPECT_TRUE(without_rights([&] { return write_file(folder.at("new.rpp"), "new"); }));
+  EXPECT_FALSE(without_rights([&] { return write_file(kept, "new"); }));
+  EXPECT_FALSE(without_rights([&] { return write_file(locked, "new"); }));
+  EXPECT_EQ(read_text(kept), "old");
+  EXPECT_EQ(read_text(locked), "old");
+  ::chmod(folder.at("closed").c_str(), 0755);
 }
 
 TEST(ReadFile, GivesEveryByteInPieces) {

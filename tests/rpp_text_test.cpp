@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <bit>
-#include <clocale>
 #include <cmath>
 #include <cstdio>
 #include <limits>
@@ -73,21 +72,6 @@ TEST(Numbers, PrintAsPrintfPrintsThem) {
   }
   EXPECT_EQ(test::written_by([](ProjectText& out) { out.integer(0).text(" ").integer(INT64_MAX).integer(INT64_MIN); }),
             "0 9223372036854775807-9223372036854775808");
-}
-
-TEST(Numbers, NoLocaleReachesTheProject) {
-  const std::string before = std::setlocale(LC_ALL, nullptr);
-  const char* with_comma = nullptr;
-  for (const char* name : {"de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8"}) {
-    if (!with_comma) with_comma = std::setlocale(LC_ALL, name);
-  }
-  if (!with_comma) GTEST_SKIP() << "no locale with a decimal comma on this machine";
-  const std::string text = test::written_by([](ProjectText& project) {
-    project.print("%.2f %g ", 1.25, 0.5);
-    project.fixed(1.25, 2);
-  });
-  std::setlocale(LC_ALL, before.c_str());
-  EXPECT_EQ(text, "1.25 0.5 1.25");
 }
 
 TEST(ProjectStream, EveryPieceArrivesInOrderAcrossTheBuffersEnd) {

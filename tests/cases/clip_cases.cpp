@@ -72,8 +72,14 @@ void folders(Scene& s) {
   for (const char* name : {"Moved.wav", "Both.wav"}) s.audio_file(name, 1000, "Takes");
   const AudioFile mix = s.audio_file("Mix.wav", 1000, "Mixes"), gone = s.audio_file("Gone.wav", 1000);
   s.audio_file("Bounce.wav", 1000);
-  s.audio_file("Gone and of a name too long for the console's list, which cuts it.wav", 1000);
-  for (int i = 3; i < 8; ++i) s.audio_file("Gone " + std::to_string(i) + ".wav", 1000);
+  std::vector<AudioFile> more = {
+      s.audio_file("Gone and of a name too long for the console's list, which cuts it.wav", 1000)};
+  for (int i = 3; i < 7; ++i) more.push_back(s.audio_file("Gone " + std::to_string(i) + ".wav", 1000));
+  s.audio_file("Gone, but no clip plays it.wav", 1000);
+  // The session's own place, and two files of one name that lay outside of it.
+  s.lies_in({"Disk", "Music", "Song"});
+  for (const char* folder : {"Disk/Samples/A", "Disk/Samples/B"})
+    more.push_back(s.audio_file("Kick.wav", 1000, folder));
   s.file("Stems/Mix.wav").file("Mixes/Mix.wav").file("Takes/Vox.wav").file("Bounced Files/Bounce.wav");
   s.file("Rendered Files/Moved.wav")
       .file("Bounced Files/Moved.wav")
@@ -82,6 +88,12 @@ void folders(Scene& s) {
   Track& track = s.track("Vox");
   std::uint64_t at = 0;
   for (const AudioFile& file : {stem, mix, own, gone}) track.clip(file).at(at += 48000);
+  for (const AudioFile& file : more) track.clip(file).at(at += 1000);
+  // One file of three channels: the second alone, then a stereo track that plays the two others.
+  const AudioFile wide = s.audio_file("Wide.wav", 1000, "Audio Files", 3);
+  s.file("Audio Files/Wide.wav");
+  track.clip(wide).at(at + 48000).channel(1);
+  s.stereo_track("Wide").clip(wide).channel(1);
 }
 
 // A second list that tells no kinds: the files' numbers don't hold, so those of one name are looked for alike.

@@ -65,6 +65,22 @@ std::vector<Case> mixer_cases() {
          guitar.clip(file);
          guitar.playlist("Gtr.01").clip(file);
        }},
+      {"list_of_io_setup",
+       {"Song.ptx", "--list"},
+       [](Scene& s) {
+         s.track("Vox");
+         BlockWriter w;
+         const auto path = [&w](unsigned kind, const char* name, unsigned parent) {
+           w.open(0x1021).u8(kind).u8(0).text(name).u32(1).u16(7).u16(parent).close();
+         };
+         // Inputs, legs, and a name that comes again are none; a bus named like a track is one.
+         path(0, "In 1", 0xffff);
+         path(2, "Drums", 0xffff);
+         path(2, "Drums.L", 0);
+         path(2, "Vox", 0xffff);
+         path(2, "Drums", 0xffff);
+         s.payload(0x1022, w.take());
+       }},
       {"records_far_apart", {"Song.ptx"}, sends, kTables},
       {"basic_folder",
        {"Song.ptx"},

@@ -11,6 +11,19 @@ namespace frt::test {
 
 namespace {
 
+// The names of a path.
+std::vector<std::string> split(const std::string& path) {
+  std::vector<std::string> names(1);
+  for (const char c : path) {
+    if (c == '/') {
+      names.emplace_back();
+    } else {
+      names.back() += c;
+    }
+  }
+  return names;
+}
+
 constexpr std::uint16_t kAudioRow = 0x261b, kAudioWrapper = 0x261c, kMasterRow = 0x261d, kAuxWrapper = 0x261e,
                         kVcaRow = 0x261f, kMidiRow = 0x2620, kInstrumentRow = 0x2621, kVideoRow = 0x2623;
 constexpr std::uint32_t kIdMark = 42;  // stands before every 8-byte id
@@ -135,9 +148,10 @@ SessionBuilder& SessionBuilder::payload(std::uint16_t content_type, std::vector<
   return payloads_.emplace_back(content_type, std::move(bytes)), *this;
 }
 
-AudioFile SessionBuilder::audio_file(const std::string& name, std::uint64_t samples, std::string folder) {
+AudioFile SessionBuilder::audio_file(const std::string& name, std::uint64_t samples, std::string folder,
+                                     unsigned channels) {
   const auto number = static_cast<std::uint32_t>(files_.size());
-  files_.push_back({name, std::move(folder), samples});
+  files_.push_back({name, std::move(folder), samples, channels});
   return {name.substr(0, name.rfind('.')), number, number, samples};
 }
 
@@ -257,7 +271,15 @@ void SessionBuilder::write_head(BlockWriter& w) const {
   w.open(0x2067, 11).u32(0);
   marked_id(w, kOutputId, 1).u16(0x100).u32(static_cast<std::uint32_t>(version_ - 2));
   if (!layout.saved_by_at_end) w.text(product_).u32(0).text(product_version_);
-  w.zeros(16).close();
+  if (own_folder_.empty()) {
+    w.zeros(16);
+  } else {
+    for (int label = 0; label < version_ - 1; ++label) w.text("");
+    w.u32(static_cast<std::uint32_t>(own_folder_.size()));
+    for (const std::string& name : own_folder_) w.text(name);
+    w.text("Song.ptx");
+  }
+  w.close();
 }
 
 // Every track by name, in a plain run and as blocks; the blocks stand twice.
@@ -306,31 +328,51 @@ void SessionBuilder::write_files(BlockWriter& w) const {
   std::uint32_t file_number = 0;
   for (const FileEntry& file : files_) {
     w.open(0x1003, 7).u32(++file_number);
-    w.open(0x1001, 2).u32(rate_).u8(1).u8(bits_).u64(file.samples).zeros(10).close().zeros(8).close();
+    w.open(0x1001, 2).u32(rate_).u8(file.channels).u8(bits_).u64(file.samples).zeros(10).close().zeros(8).close();
   }
   w.close();
 }
 
 void SessionBuilder::write_file_list(BlockWriter& w, std::size_t first, std::size_t end, bool kinds) const {
-  std::vector<std::string> folders;
+  // The tree of volumes and folders, each once and behind the one it lies in; a volume stands at the end.
+  struct Node {
+    std::string name;
+    std::uint32_t parent;
+    unsigned kind;
+  };
+  std::vector<Node> nodes;
+  const auto add = [&nodes](const std::string& name, std::uint32_t parent, unsigned kind) {
+    nodes.push_back({name, parent, kind});
+    return static_cast<std::uint32_t>(nodes.size() - 1);
+  };
+  const auto child = [&](const std::string& name, std::uint32_t parent, unsigned kind) {
+    for (std::uint32_t k = 0; k < nodes.size(); ++k) {
+      if (nodes[k].name == name && nodes[k].parent == parent && nodes[k].kind == kind) return k;
+    }
+    return add(name, parent, kind);
+  };
   for (std::size_t i = first; i < end; ++i) {
-    if (std::find(folders.begin(), folders.end(), files_[i].folder) == folders.end())
-      folders.push_back(files_[i].folder);
+    std::vector<std::string> chain = own_folder_.empty() ? std::vector<std::string>{"Disk"} : own_folder_;
+    if (const auto folders = split(files_[i].folder); folders.size() > 1) {
+      chain = folders;
+    } else {
+      chain.push_back(files_[i].folder);
+    }
+    std::uint32_t parent = UINT32_MAX;
+    for (std::size_t k = 0; k < chain.size(); ++k) parent = child(chain[k], parent, k == 0 ? 0 : 1);
+    add(files_[i].name, parent, 2);
   }
-  const auto entries = static_cast<std::uint32_t>(end - first + folders.size());
   const auto kind_byte = [&](unsigned kind) { return kinds ? kind : 0x40U; };
-  w.open(0x103a).u32(entries + 1);
-  std::uint32_t number = 0;
-  for (const std::string& folder : folders) {
-    const std::uint32_t parent = number++;
-    w.u8(kind_byte(1)).u32(entries).text(folder).u32(0);
-    for (std::size_t i = first; i < end; ++i) {
-      if (files_[i].folder != folder) continue;
-      w.u8(kind_byte(2)).u32(parent).text(files_[i].name).raw(files_[i].name.ends_with(".aif") ? "FFIA" : "EVAW");
-      ++number;
+  w.open(0x103a).u32(static_cast<std::uint32_t>(nodes.size()));
+  for (const Node& node : nodes) {
+    w.u8(kind_byte(node.kind)).u32(node.parent).text(node.name);
+    if (node.kind == 2) {
+      w.raw(node.name.ends_with(".aif") ? "FFIA" : "EVAW");
+    } else {
+      w.u32(0);
     }
   }
-  w.u8(kind_byte(0)).u32(UINT32_MAX).text("Disk").u32(0).close();
+  w.close();
 }
 
 void SessionBuilder::write_timecode(BlockWriter& w) const {
@@ -368,7 +410,9 @@ void SessionBuilder::write_clips(BlockWriter& w, const Tables& tables) const {
                     clip->sync_point);
       w.bytes({0xfe, 0xff, 0, 0, 0, 0, 0xff, 0xff, 4, 0, 4, 0}).zeros(9);
       marked_id(w, kClipId, i).u32(gain).close();
-      w.u32(leg == 0 ? clip->file.first : clip->file.second).f32(1).f32(1).zeros(12).close();
+      const bool one_file = clip->file.first == clip->file.second;
+      w.u32(leg == 0 ? clip->file.first : clip->file.second).u32(clip->channel_ + (one_file ? leg : 0));
+      w.f32(1).zeros(12).close();
     }
     w.close();
   };

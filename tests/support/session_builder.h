@@ -49,6 +49,7 @@ struct Clip {
   Fade fade_in_, fade_out_;
   std::vector<std::pair<std::uint32_t, double>> gain;  // source sample, dB
   int palette_color = -2;
+  std::uint32_t channel_ = 0;
   unsigned entry_kind = 3;
   bool is_muted = false, is_deleted = false, is_group = false, edit_lock = false, time_lock = false;
 
@@ -56,6 +57,8 @@ struct Clip {
   Clip& at(std::uint64_t position) { return start = position, *this; }
   // The same clip again, at later positions.
   Clip& and_at(std::vector<std::uint64_t> positions) { return further_starts = std::move(positions), *this; }
+  // Of a file with several channels: the first it plays.
+  Clip& channel(std::uint32_t number) { return channel_ = number, *this; }
   Clip& length(std::uint64_t samples) { return clip_length = samples, *this; }
   Clip& offset(std::uint64_t samples) { return source_offset = samples, *this; }
   Clip& sync(std::uint64_t samples) { return sync_point = samples, *this; }
@@ -200,12 +203,16 @@ class SessionBuilder {
   SessionBuilder& extended_timecode(std::uint32_t code, std::uint32_t start_frames);
   SessionBuilder& recording(std::uint8_t bits, bool is_float, std::uint8_t file_type, std::uint8_t pan_depth);
   SessionBuilder& grid(unsigned bars, unsigned beats, unsigned ticks);
+  // Where the session lay when it was saved: the volume, then its folders.
+  SessionBuilder& lies_in(std::vector<std::string> names) { return own_folder_ = std::move(names), *this; }
   SessionBuilder& key(std::uint8_t encryption_key) { return key_ = encryption_key, *this; }
   // A root block of opaque bytes, for what the converter has no reader for.
   SessionBuilder& payload(std::uint16_t content_type, std::vector<std::uint8_t> bytes);
 
-  // An audio file by its full name; its clips are named after it.
-  AudioFile audio_file(const std::string& name, std::uint64_t samples, std::string folder = "Audio Files");
+  // An audio file by its full name; its clips are named after it. A folder lies in the session's own; one with "/" in
+  // it is given from the volume down.
+  AudioFile audio_file(const std::string& name, std::uint64_t samples, std::string folder = "Audio Files",
+                       unsigned channels = 1);
   // The two files of a split-mono stereo recording: "stem.L.wav" and "stem.R.wav".
   AudioFile stereo_file(const std::string& stem, std::uint64_t samples, std::string folder = "Audio Files");
   // Files from here on stand in a list of their own, which doesn't say what is a file and what a folder.
@@ -233,6 +240,7 @@ class SessionBuilder {
   struct FileEntry {
     std::string name, folder;
     std::uint64_t samples;
+    unsigned channels = 1;
   };
   struct TempoRecord {
     std::uint64_t tick;
@@ -279,6 +287,7 @@ class SessionBuilder {
   bool is_float_ = false, has_grid_ = false;
   std::array<unsigned, 3> grid_{};
   std::vector<FileEntry> files_;
+  std::vector<std::string> own_folder_;
   std::size_t first_of_second_list_ = SIZE_MAX;
   std::deque<Track> tracks_;
   std::deque<Location> locations_;

@@ -47,11 +47,12 @@ struct Tables {
 
 // The image stands in memory of exactly its size: a read behind its end is caught.
 inline Tables tables_of(ByteView image, const std::vector<AudioFileEntry>& files = {}, int version = 12,
-                        std::int64_t rate = 48000, const std::vector<std::int64_t>& lengths = {}) {
+                        std::int64_t rate = 48000, const std::vector<std::int64_t>& lengths = {},
+                        const std::vector<AudioFileFacts>& facts = {}) {
   const auto exact = std::make_unique<std::uint8_t[]>(image.size());
   std::copy_n(image.data(), image.size(), exact.get());
   const SessionImage session(ByteView(exact.get(), image.size()));
-  return {dump(read_session(session, {version, rate, files, lengths}, {}))};
+  return {dump(read_session(session, {version, rate, files, lengths, facts}, {}))};
 }
 inline Tables tables_of(const std::vector<std::uint8_t>& image) { return tables_of({image.data(), image.size()}); }
 inline Tables tables_of(BlockWriter& w, const std::vector<AudioFileEntry>& files = {}) {
@@ -66,7 +67,7 @@ inline Tables tables_of(const SessionBuilder& session) {
   PTFFormat ptf;
   ptf.load(folder.put("Song.ptx", encrypt(image)), kUsualRate);
   return tables_of({image.data(), image.size()}, ptf.audio_files(), ptf.version(), ptf.session_rate(),
-                   ptf.audio_file_lengths());
+                   ptf.audio_file_lengths(), ptf.audio_file_facts());
 }
 
 }  // namespace frt::test
