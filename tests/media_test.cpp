@@ -243,6 +243,18 @@ TEST(MediaFiles, NoDevicePipeOrFolderIsTouched) {
   EXPECT_EQ(found.back(), folder + "up.wav missing");  // no chain, so no place of its own
 }
 
+// One folder's long name stands in the path of each of its files.
+TEST(MediaFiles, LongChainsOfManyFilesEnd) {
+  Lay lay;
+  const std::string folder(3000, 'f'), longer(5000, 'l');
+  lay.session.audio_file("far.wav", 100, "Disk/" + longer);
+  for (int i = 0; i < 8000; ++i) lay.session.audio_file(std::to_string(i), 100, "Disk/" + folder);
+  const Lines found = lay.found();
+  EXPECT_EQ(found[0], "Music/Album/Song/Audio Files/far.wav missing");
+  EXPECT_EQ(found[1], "/Volumes/Disk/" + folder + "/0 missing outside");
+  EXPECT_EQ(found.back(), "Music/Album/Song/Audio Files/7999 missing");
+}
+
 // How often each file of a folder was opened between two looks.
 class Opens {
  public:

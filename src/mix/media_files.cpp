@@ -149,11 +149,20 @@ std::string MediaFiles::near_path(const std::vector<std::string_view>& chain, st
   return (root.empty() && names.size() == 1 ? "./" : root) + joined_path(names);
 }
 
+std::vector<std::string_view> MediaFiles::affordable_chain(std::size_t number) {
+  std::vector<std::string_view> chain = media_.folders.chain_of(number);
+  std::size_t bytes = 0;
+  for (const std::string_view name : chain) bytes += 1 + name.size();
+  if (bytes > chain_bytes_left_) return {};
+  chain_bytes_left_ -= bytes;
+  return chain;
+}
+
 MediaFile MediaFiles::look_for(std::string_view name, std::optional<std::size_t> number, bool shared) {
   MediaFile file;
   file.path = join(places_.media, name);
   std::vector<std::string_view> chain;
-  if (number) chain = media_.folders.chain_of(*number);
+  if (number) chain = affordable_chain(*number);
   const bool chains_known = !chain.empty() && !media_.own_chain.empty();
   file.outside = chains_known && shared_names(chain, media_.own_chain) < media_.own_chain.size();
 
@@ -219,10 +228,10 @@ MediaFile& MediaFiles::resolve(std::string_view file_name, std::uint16_t file_nu
 }
 
 // Two missing files of one name are told apart by the folders they lay in.
-std::string MediaFiles::missing_name(std::string_view name, std::uint16_t number, bool twice) const {
+std::string MediaFiles::missing_name(std::string_view name, std::uint16_t number, bool twice) {
   std::string text(name);
   if (!twice) return text;
-  std::vector<std::string_view> chain = media_.folders.chain_of(number);
+  std::vector<std::string_view> chain = affordable_chain(number);
   if (chain.empty()) return text;
   if (chain.size() > 2) chain.erase(chain.begin(), chain.end() - 2);
   return text + " (" + joined_path(chain) + ")";

@@ -78,7 +78,8 @@ class MediaFiles {
   MediaFile look_for(std::string_view name, std::optional<std::size_t> number, bool shared);
   void count_sibling(std::string_view folder);
   std::string near_path(const std::vector<std::string_view>& chain, std::string_view name) const;
-  std::string missing_name(std::string_view name, std::uint16_t number, bool twice) const;
+  std::vector<std::string_view> affordable_chain(std::size_t number);
+  std::string missing_name(std::string_view name, std::uint16_t number, bool twice);
 
   const MediaPlaces places_;
   const Media& media_;
@@ -87,6 +88,9 @@ class MediaFiles {
   HashByName<Known> by_name_;
   std::unordered_map<std::uint16_t, MediaFile> by_number_;  // files of a shared name
   MediaCounts counts_;
+  // Paths made of chains cost up to 4 KiB a file, which no session needs for thousands of them. Files beyond this many
+  // bytes in all count as without a chain.
+  std::size_t chain_bytes_left_ = std::size_t{16} << 20;
 };
 
 }  // namespace frt

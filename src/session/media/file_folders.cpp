@@ -10,12 +10,15 @@
 namespace frt {
 namespace {
 
+// No disc holds a longer name or path. Many files can lie in one folder, so its name is copied with each of them.
 constexpr std::uint32_t kLongestName = 512;
+constexpr std::size_t kLongestPath = 4096;
 constexpr std::uint64_t kSmallestEntry = 13;  // bytes
 
 std::string_view folder_of_entry(const std::vector<FileListEntry>& entries, const FileListEntry& file) {
   if (file.parent >= entries.size() || entries[file.parent].kind != FileListEntry::kFolder) return {};
-  return entries[file.parent].name;
+  const std::string_view folder = entries[file.parent].name;
+  return folder.size() <= kLongestName ? folder : std::string_view();
 }
 
 void add_folder(AudioFileFolders& folders, std::string_view name, std::string_view folder) {
@@ -103,10 +106,13 @@ std::vector<std::string_view> AudioFileFolders::chain_of(std::size_t number) con
   if (number >= files.size() || !is_sound_name(files[number].name)) return {};
   const std::vector<FileListEntry>& entries = lists[files[number].list];
   std::vector<std::string_view> chain;
+  std::size_t length = files[number].name.size();
   for (std::uint32_t at = files[number].parent; at < entries.size() && chain.size() < kMostNames;
        at = entries[at].parent) {
     const FileListEntry& entry = entries[at];
     chain.push_back(entry.name);
+    length += 1 + entry.name.size();
+    if (length > kLongestPath) return {};
     if (entry.kind == FileListEntry::kVolume) {
       if (!is_sound_volume(entry.name)) return {};
       std::reverse(chain.begin(), chain.end());

@@ -24,7 +24,7 @@ struct ListedFile {
 
 struct AudioFileFolders {
   // File name -> folder name; the first folder found for a name stays.
-  std::map<std::string, std::string, std::less<>> by_name;
+  std::map<std::string, std::string_view, std::less<>> by_name;
   // The files of the lists in the audio file root, by number, and those lists. Empty where one of them doesn't read by
   // kind and parent.
   std::vector<ListedFile> files;
