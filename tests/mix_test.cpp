@@ -266,7 +266,7 @@ TEST(TrackPages, MidiTracksInBeatsUnlessSampleBasedAndAStripComesBeforeTheirStat
   Scene scene{"Keys", "Pads"};
   for (OutputTrack& track : scene.tracks) {
     track.is_midi = true;
-    scene.tables.midi_states[track.name] = {true, true, false, moving(1)};
+    scene.session.mixer.midi_states[track.name] = {true, true, false, moving(1)};
   }
   scene.tables.sample_based_midi = {"Pads"};
   scene.strip("Pads");

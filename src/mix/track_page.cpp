@@ -15,11 +15,11 @@ int round_up_to_even(int channels) { return channels + (channels & 1); }
 
 class PageMaker {
  public:
-  PageMaker(const Clock& clock, const MixTables& tables, const ConversionOptions& options)
-      : clock_(clock), tables_(tables), options_(options) {}
+  PageMaker(const Session& session, const MixTables& tables, const ConversionOptions& options)
+      : clock_(session.clock), midi_states_(session.mixer.midi_states), tables_(tables), options_(options) {}
 
   TrackPage make(const OutputTrack& track, const BoundTrack& bound, std::size_t index) {
-    const MidiTrackState* midi = track.is_midi && !bound.strip ? find_by_key(tables_.midi_states, track) : nullptr;
+    const MidiTrackState* midi = track.is_midi && !bound.strip ? find_by_key(midi_states_, track) : nullptr;
     const SurroundPanner* panner = find_by_key(tables_.surround_panners, track);
     TrackPage page;
     page.track = &track;
@@ -233,6 +233,7 @@ class PageMaker {
   }
 
   const Clock& clock_;
+  const ByName<MidiTrackState>& midi_states_;
   const MixTables& tables_;
   const ConversionOptions& options_;
   TrackCounts counts_;
@@ -243,7 +244,7 @@ class PageMaker {
 
 TrackPages make_track_pages(const Session& session, const Bound& bound, std::span<const OutputTrack> tracks,
                             const MixTables& tables, const ConversionOptions& options) {
-  PageMaker maker(session.clock, tables, options);
+  PageMaker maker(session, tables, options);
   TrackPages made;
   made.pages.reserve(tracks.size());
   for (std::size_t i = 0; i < tracks.size(); ++i) made.pages.push_back(maker.make(tracks[i], bound.tracks[i], i));

@@ -123,21 +123,12 @@ struct SurroundPanner {
   std::size_t lanes = 0;  // panner lanes of its source
 };
 
-// What the session tells of a MIDI track beside its notes.
-struct MidiTrackState {
-  bool muted = false;
-  bool has_mute_lane = false;
-  bool other_lanes = false;
-  AutomationLane mute_lane;
-};
-
 struct MixTables {
   TrackColors colors;
   TrackGroups groups;
   TrackRoutes routes;
   FolderTable folders;
   ByName<SurroundPanner> surround_panners;  // by track key
-  ByName<MidiTrackState> midi_states;       // by track key
   Names sample_based_midi;
 };
 

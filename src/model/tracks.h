@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "base/by_name.h"
+#include "model/midi/midi_item.h"
 #include "session/clips/clip_tables.h"
 
 namespace frt {
@@ -94,6 +95,7 @@ struct OutputTrack {
   double forced_pan = 0;    // -1 and 1 for a leg written alone
   bool is_midi = false;
   std::vector<OutputItem> items;  // by position
+  std::vector<MidiItem> midi_items;
   bool freeze_record = false;
   std::string frozen_track;
   bool inactive = false;

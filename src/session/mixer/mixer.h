@@ -31,6 +31,10 @@ struct Mixer {
   std::vector<MidiStripSetup> midi_setups;
   std::vector<RealTimeProperties> midi_properties;
 
+  std::vector<Route> routes;           // in file order, each once
+  std::vector<TrackRouting> routing;   // of audio and instrument rows that have a name, in file order
+  ByName<MidiTrackState> midi_states;  // by the row's current name, or its original one
+
   std::map<std::uint16_t, std::string_view> key_buses;  // bus name by key input id
 };
 

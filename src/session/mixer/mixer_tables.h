@@ -37,9 +37,42 @@ struct AutomationLane {
 };
 
 struct SendRecord {
-  std::string_view bus;
+  std::string_view bus;  // what it feeds, as the session names it
   double level_db = 0;
   bool active = true;
+  // Filled where the strip's row is read for its routes.
+  bool post_fader = false;
+  AutomationLane volume_lane, mute_lane, first_pan_lane, second_pan_lane;
+  std::int32_t left_pan = 0, right_pan = 0;  // the pan knobs, -100 to 100, 0 where there is none
+  int pan_count = 0;                         // pan knobs read: 0, 1 or 2
+};
+
+// One path of the I/O setup, as routes name it.
+struct Route {
+  static constexpr std::uint8_t kBus = 2;
+  static constexpr std::uint8_t kLegs = 6;  // carries an extra output pair of a source track
+
+  std::uint32_t id0 = 0, id1 = 0;
+  std::uint8_t kind = 0;
+  std::string_view name;
+  std::vector<std::uint16_t> channels;  // at most 16
+
+  bool operator==(const Route&) const = default;
+};
+
+// What the row of an audio or instrument strip tells of its way through the mixer.
+struct TrackRouting {
+  std::string_view name;
+  // The name of the strip whose level record lies in the row, or `name`. Every pass speaks of the row by it.
+  std::string_view display_name;
+  std::uint64_t row_start = 0, row_end = 0;
+  std::vector<SendRecord> sends;
+  std::string_view output;  // the main output's path
+  bool no_output = false;   // the row names no main output at all
+  std::string_view input_bus;
+  std::uint32_t input_id0 = 0, input_id1 = 0;
+  std::int32_t input_kind = -1;  // -1 without an input path
+  std::uint64_t input_position = 0;
 };
 
 // What a strip's number of lanes says of its width.
@@ -93,6 +126,14 @@ struct DisplayRow {
   std::uint8_t width = 0;
   bool has_track = false;
   std::uint64_t display_id = 0;
+};
+
+// What a MIDI row tells beside its notes.
+struct MidiTrackState {
+  bool muted = false;
+  bool has_mute_lane = false;
+  bool other_lanes = false;
+  AutomationLane mute_lane;
 };
 
 struct MidiStripSetup {
