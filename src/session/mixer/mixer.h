@@ -10,6 +10,7 @@
 #include "base/by_name.h"
 #include "image/blocks.h"
 #include "image/skips.h"
+#include "session/mixer/insert_tables.h"
 #include "session/mixer/master.h"
 #include "session/mixer/mixer_tables.h"
 #include "session/mixer/strip_rows.h"
@@ -31,8 +32,12 @@ struct Mixer {
   std::vector<MidiStripSetup> midi_setups;
   std::vector<RealTimeProperties> midi_properties;
 
-  std::vector<Route> routes;           // in file order, each once
-  std::vector<TrackRouting> routing;   // of audio and instrument rows that have a name, in file order
+  std::vector<Route> routes;          // in file order, each once
+  std::vector<TrackRouting> routing;  // of audio and instrument rows that have a name, in file order
+  std::vector<LegRoute> leg_routes;   // in the order of their routes
+  // By display name: the track plays to one channel of a stereo output, -1 the left or 1 the right.
+  std::map<std::string_view, int> one_sided;
+  StripInserts inserts;
   ByName<MidiTrackState> midi_states;  // by the row's current name, or its original one
 
   std::map<std::uint16_t, std::string_view> key_buses;  // bus name by key input id

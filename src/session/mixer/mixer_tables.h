@@ -4,6 +4,7 @@
 // or ticks (1/960000 of a quarter note).
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 #include <utility>
@@ -73,6 +74,12 @@ struct TrackRouting {
   std::uint32_t input_id0 = 0, input_id1 = 0;
   std::int32_t input_kind = -1;  // -1 without an input path
   std::uint64_t input_position = 0;
+};
+
+// A route of kind kLegs whose two ends are known.
+struct LegRoute {
+  std::size_t source = 0, target = 0;  // rows of Mixer::routing
+  std::uint16_t first_channel = 0;     // at least 1: channels 1 and 2 leave the source's second pair, 3 and 4 its third
 };
 
 // What a strip's number of lanes says of its width.
