@@ -166,9 +166,42 @@ void dump_clips(Dump& out, const ClipSource& source) {
   if (source.sync_points_unmatched) out.table("sync points unmatched");
 }
 
+void dump_streams(Dump& out, const MidiSource& midi) {
+  static constexpr const char* kKinds[] = {"other", "pitch-bend", "controller", "other", "aftertouch"};
+  if (midi.streams.empty()) return;
+  out.table("midi streams");
+  for (std::size_t i = 0; i < midi.streams.size() && !out.full(); ++i) {
+    const MidiChunk& chunk = midi.streams[i];
+    out.row(indexed(i) + " notes=" + std::to_string(chunk.note_count) + " origin=" + std::to_string(chunk.origin));
+    for (const MidiControllerStream& stream : chunk.streams) {
+      std::string text =
+          "    " + std::string(kKinds[stream.kind()]) + Dump::field("controller", stream.controller()) + ":";
+      for (std::uint32_t k = 0; k < stream.size(); ++k)
+        text += " " + std::to_string(stream[k].position) + "/" + std::to_string(stream[k].value);
+      out.row(text);
+    }
+    for (const SysExEvent& event : chunk.sysex)
+      out.row("    sysex " + std::to_string(event.position) + " " + quoted(event.bytes));
+  }
+}
+
 void dump_midi(Dump& out, const MidiSource& midi) {
   table_of(out, "midi clips", midi.clips, clip_row);
   table_of(out, "midi placements", midi.placements, placement_row);
+  if (!midi.playlists.info.empty()) out.table("midi playlists");
+  for (const auto& [name, entries] : midi.playlists.info) {
+    out.row(quoted(name));
+    for (const MidiInfoEntry& e : entries)
+      out.row("    clip " + std::to_string(e.clip) + " at " + std::to_string(e.position) + Dump::field("kind", e.kind) +
+              Dump::field("color", e.color, -2) + Dump::flag("locked", e.locked));
+  }
+  if (!midi.playlists.positions.empty()) out.table("midi positions");
+  for (const auto& [name, positions] : midi.playlists.positions) {
+    std::string text = quoted(name);
+    for (const MidiPosition& p : positions) text += " " + std::to_string(p.clip) + "/" + std::to_string(p.position);
+    out.row(text);
+  }
+  dump_streams(out, midi);
   if (midi.chunks.empty()) return;
   out.table("midi chunks");
   for (std::size_t i = 0; i < midi.chunks.size() && !out.full(); ++i) {

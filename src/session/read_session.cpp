@@ -23,7 +23,7 @@ Session read_session(const SessionImage& image, const FileFacts& file, const Rea
   session.headers.settings = read_session_settings(image);
 
   session.clips = read_clip_source(image, roots, file.audio_files, file.audio_file_facts, session.clock, skips);
-  session.midi = read_midi_source(image, roots, session.clock);
+  session.midi = read_midi_source(image, roots, session.clock, skips);
 
   std::vector<DisplayRow> display_rows = read_display_rows(image, skips);
   session.mixer = read_mixer(image, roots, placement_names(session.clips, session.midi), display_rows);

@@ -8,6 +8,8 @@
 #include "session/clips/fades.h"
 #include "session/clips/midi_clips.h"
 #include "session/clips/midi_notes.h"
+#include "session/clips/midi_playlists.h"
+#include "session/clips/midi_streams.h"
 #include "session/clips/playlists.h"
 #include "session/clips/sync_points.h"
 
@@ -57,12 +59,15 @@ ClipSource read_clip_source(const SessionImage& image, const std::vector<Block>&
   return source;
 }
 
-MidiSource read_midi_source(const SessionImage& image, const std::vector<Block>& roots, const Clock& clock) {
+MidiSource read_midi_source(const SessionImage& image, const std::vector<Block>& roots, const Clock& clock,
+                            Skips& skips) {
   MidiSource source;
   if (!has_clip_tables(image.bytes())) return source;
   source.chunks = read_note_chunks(image.bytes(), roots);
   source.clips = read_midi_clips(image.bytes(), roots, source.chunks);
   source.placements = read_midi_placements(image, roots, source.clips, clock.tempo.has_song_start());
+  source.streams = read_midi_chunks(image, source.chunks.size(), skips);
+  source.playlists = read_midi_playlists(image, skips);
   return source;
 }
 

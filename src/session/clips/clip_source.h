@@ -12,6 +12,7 @@
 #include "session/clips/clip_gain.h"
 #include "session/clips/clip_groups.h"
 #include "session/clips/clip_tables.h"
+#include "session/clips/midi_tables.h"
 #include "session/clock.h"
 
 namespace frt {
@@ -37,6 +38,9 @@ struct MidiSource {
   std::vector<ClipRecord> clips;
   std::vector<Placement> placements;
   std::vector<NoteChunk> chunks;
+  // By the same numbers; fewer where the MIDI data is broken.
+  std::vector<MidiChunk> streams;
+  MidiPlaylists playlists;
 };
 
 // Reads them. An image under 65 bytes, or one of a big-endian session, gives no clips, placements or chunks. With a
@@ -44,7 +48,8 @@ struct MidiSource {
 ClipSource read_clip_source(const SessionImage& image, const std::vector<Block>& roots,
                             const std::vector<AudioFileEntry>& files, const std::vector<AudioFileFacts>& facts,
                             const Clock& clock, Skips& skips);
-MidiSource read_midi_source(const SessionImage& image, const std::vector<Block>& roots, const Clock& clock);
+MidiSource read_midi_source(const SessionImage& image, const std::vector<Block>& roots, const Clock& clock,
+                            Skips& skips);
 
 // The track names of all audio placements, then of all MIDI placements, repeats kept.
 std::vector<std::string_view> placement_names(const ClipSource& audio, const MidiSource& midi);

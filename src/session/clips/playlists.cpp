@@ -70,11 +70,12 @@ PlaylistEntry read_entry(ByteView image, std::uint64_t entry, std::uint32_t size
   return read;
 }
 
-// Steps over the entries. `steps_left` bounds the steps of all playlists together: playlists of a session don't
-// share entries, so they can't take more steps than the image has room for, but blocks made to overlap could.
-std::optional<PlaylistRecord> read_playlist(ByteView image, std::uint64_t start, std::uint64_t& steps_left) {
+}  // namespace
+
+std::optional<PlaylistRecord> read_playlist_entries(ByteView image, std::uint64_t start, std::uint32_t shortest_name,
+                                                    std::uint64_t& steps_left, std::uint64_t& behind) {
   using namespace playlist_layout;
-  const std::string_view name = read_name(image, start + kName, 0, kLongestName);
+  const std::string_view name = read_name(image, start + kName, shortest_name, kLongestName);
   if (!name.data()) return std::nullopt;
   const auto count = image.u32(start + kNameText + name.size());
   if (!count || *count > kMostEntries) return std::nullopt;
@@ -98,10 +99,20 @@ std::optional<PlaylistRecord> read_playlist(ByteView image, std::uint64_t start,
     p += std::uint64_t{7} + *size;
   }
   if (!record.entries_read) record.entries.clear();
+  behind = p;
+  return record;
+}
 
-  const std::uint8_t timebase = image.u8_or(p, 0);
+namespace {
+
+std::optional<PlaylistRecord> read_playlist(ByteView image, std::uint64_t start, std::uint64_t& steps_left) {
+  using namespace playlist_layout;
+  std::uint64_t behind = 0;
+  auto record = read_playlist_entries(image, start, 0, steps_left, behind);
+  if (!record) return record;
+  const std::uint8_t timebase = image.u8_or(behind, 0);
   if (timebase != kInTicks && timebase != kInSamples) return std::nullopt;
-  record.ticks = timebase == kInTicks;
+  record->ticks = timebase == kInTicks;
   return record;
 }
 
