@@ -15,6 +15,7 @@ constexpr Group kRunNotes[] = {
     notes::read_and_written, notes::blank_line, notes::totals,
 
     // ---- MIDI controllers and SysEx ----
+    notes::midi_data,
 
     // ---- Strips and sends ----
     notes::strips, notes::sends, notes::midi_tracks, notes::send_settings,
@@ -86,8 +87,7 @@ constexpr Group kRunNotes[] = {
     notes::surround_buses,
 
     // ---- Locks and grid ----
-    notes::clip_locks, notes::grid,
-    // MIDI clips on sample-based tracks.
+    notes::clip_locks, notes::grid, notes::sample_based_midi,
 
     // ---- Video ----
 

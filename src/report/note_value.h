@@ -25,7 +25,7 @@ inline auto parts_of(const Told& told) {
                   session.saved_by, session.clock.tempo, session.mixer, session.mixer.table, session.mixer.master,  //
                   settings.recording, settings.timecode, settings.pan_depth,                                        //
                   clips, clips.pairing, clips.deleted, clips.fades, clips.gain, clips.long_clips,                   //
-                  told.folding, told.order,                                                                         //
+                  told.folding, told.midi, told.order,                                                              //
                   mix.header, mix.header.tempo, mix.header.markers, mix.tracks, mix.tracks.envelopes, mix.items,    //
                   told.media);
 }

@@ -49,13 +49,13 @@ void add_switches(TextBuilder& report, const Told& told) {
     report.print(
         "\"Play MIDI notes Pro Tools silences\" is on: %d MIDI event(s) Pro\n"
         "Tools does not play (outside a clip's boundary) written unmuted\n",
-        told.unmuted_midi_events);
+        told.midi.kept_unmuted);
   }
   if (options.truncate_midi_to_clip) {
     report.print(
         "\"Cut MIDI notes at clip edge\" is on: %d note(s) Pro Tools plays past\n"
         "a clip edge are cut there\n",
-        told.notes_past_clip_edges);
+        told.midi.notes_past_edges);
   }
   if (options.no_stand_ins) {
     const bool trims_lost = told.one_sided_trims_lost > 0;
@@ -156,7 +156,8 @@ void add_track_list(TextBuilder& report, const Told& told) {
   for (const OutputTrack& track : told.tracks) {
     std::size_t clips = track.items.size();
     for (const Lane& lane : track.lanes) clips += lane.items.size();
-    const int notes = 0;  // the notes of the track's MIDI items, which no pass makes yet
+    int notes = 0;
+    for (const MidiItem& item : track.midi_items) notes += item.note_count;
     const auto inserts = told.plugins.inserts.find(track.key());
     const int fx = inserts == told.plugins.inserts.end() ? 0 : inserts->second;
     const bool empty = clips == 0 && notes == 0 && fx == 0;

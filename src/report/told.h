@@ -11,6 +11,7 @@
 #include "mix/media_files.h"
 #include "mix/mix.h"
 #include "model/clips/shape_clips.h"
+#include "model/midi/midi_tracks.h"
 #include "model/tracks/folding.h"
 #include "model/tracks/order.h"
 #include "report/plugin_tables.h"
@@ -37,6 +38,7 @@ struct Told {
 
   ClipCounts clips;
   FoldCounts folding;
+  MidiCounts midi;
   OrderCounts order;
   MixCounts mix;
   MediaCounts media;
@@ -50,9 +52,7 @@ struct Told {
   // ---- counts of passes that are yet to come: 0 at rest ----
   int sends_written = 0, return_tracks = 0;
   int midi_notes = 0;
-  int muted_midi_events = 0;      // kept but muted
-  int unmuted_midi_events = 0;    // outside a clip's boundary, unmuted under --keep-inaudible-midi
-  int notes_past_clip_edges = 0;  // cut under --truncate-midi-to-clip, else their items were lengthened
+  int muted_midi_events = 0;  // kept but muted
   int stretched_clips = 0, stretched_from_session = 0;
   int frozen_tracks_delivered = 0;  // under --keep-frozen
   int stand_ins_left_out = 0;       // Avid plug-ins left in their slot under their Pro Tools name

@@ -10,6 +10,7 @@
 #include "base/text.h"
 #include "mix/mix.h"
 #include "model/clips/shape_clips.h"
+#include "model/midi/midi_tracks.h"
 #include "model/tracks/folding.h"
 #include "model/tracks/order.h"
 #include "ptf/ptf_format.h"
@@ -91,11 +92,16 @@ class Conversion {
     FoldedTracks folded = fold_tracks(std::move(shaped_.tracks), session_.mixer.table.names,
                                       session_.track_list.playlist_owners, options_);
     told.folding = folded.counts;
-    // MIDI tracks are made here, groups, colour coding and click tracks are looked up here, and the selection of hidden
+    MidiTracks midi =
+        make_midi_tracks(session_.midi, session_.clock, folded.tracks, session_.mixer.table.names, options_);
+    told.midi = midi.counts;
+    tables_.sample_based_midi = std::move(midi.sample_based);
+    // Groups, colour coding and click tracks are looked up here, and the selection of hidden
     // and inactive tracks follows the order, when they are built.
     ordered_ = order_tracks({.rows = session_.mixer.rows,
                              .options = options_,
                              .folded = std::move(folded.tracks),
+                             .midi = std::move(midi.tracks),
                              .facts = std::move(folded.facts),
                              .display_rows = session_.track_list.display_rows,
                              .inactive_names = session_.track_list.inactive_names,
@@ -154,7 +160,7 @@ class Conversion {
   Session session_;
   ShapedClips shaped_;
   OrderedTracks ordered_;
-  const MixTables tables_;  // of passes that are yet to come
+  MixTables tables_;  // most of passes that are yet to come
   std::optional<MediaFiles> media_;
   Mix mix_;
 };

@@ -27,7 +27,7 @@ struct OrderInput {
   const std::vector<StripRow>& rows;
   const ConversionOptions& options;
   std::vector<OutputTrack> folded = {};  // the audio tracks
-  std::vector<OutputTrack> midi = {};    // empty until MIDI tracks are made
+  std::vector<OutputTrack> midi = {};    // the MIDI tracks
   TrackFacts facts = {};
   std::span<const DisplayRow> display_rows = {};
   std::span<const std::string_view> inactive_names = {};  // by the track table's own marks

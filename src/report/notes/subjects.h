@@ -42,8 +42,10 @@ NoteGroup long_clips();
 NoteGroup media_folder();
 
 // midi.cpp
+NoteGroup midi_data();
 NoteGroup midi_tracks();
 NoteGroup midi_events();
+NoteGroup sample_based_midi();
 
 // mixer.cpp
 NoteGroup strips();
