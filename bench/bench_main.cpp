@@ -3,7 +3,9 @@
 //
 //   ferrite_bench [--rounds N] [--program PATH] [--mib N]... [--make MIB PATH]
 //
-// Sizes should double from one to the next; 16, 32, 64 and 128 MiB by default.
+// Sizes should double from one to the next; 16, 32, 64 and 128 MiB by default. Behind them come sessions of one kind of
+// data each, at half size and whole. Where the project's text is the larger of the two, the other side of the ratio is
+// a copy of that text.
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/resource.h>
@@ -84,15 +86,57 @@ Pair side_by_side(const std::vector<std::string>& first, const std::vector<std::
 }
 
 // In a process of its own: the bench stays small, since a child's peak memory counts from its parent's.
-void make_session(double mib, const std::string& path) {
+template <typename Make>
+void save_session(Make make, const std::string& path) {
   const pid_t child = ::fork();
   if (child == 0) {
-    frt::bench::big_session(static_cast<std::size_t>(mib * 1024 * 1024)).save(path);
+    make().save(path);
     ::_exit(0);
   }
   int status = 0;
   ::waitpid(child, &status, 0);
   if (status != 0) std::exit(1);
+}
+
+void make_session(double mib, const std::string& path) {
+  save_session([&] { return frt::bench::big_session(static_cast<std::size_t>(mib * 1024 * 1024)); }, path);
+}
+
+struct Kind {
+  const char* name;
+  frt::test::SessionBuilder (*make)(std::size_t count);
+  std::size_t count;
+};
+
+constexpr Kind kKinds[] = {
+    {"automation points", frt::bench::automation_session, 1'000'000},
+    {"MIDI events", frt::bench::midi_session, 500'000},
+    {"sends", frt::bench::sends_session, 16'000},
+};
+
+// Each kind of data by itself.
+void measure_kinds(const std::vector<std::string>& convert, const std::string& session, const std::string& project,
+                   int rounds) {
+  std::printf("\n     count  of                   MiB in  MiB out  ferrite s  other s  ratio  peak/larger  growth\n");
+  for (const Kind& kind : kKinds) {
+    double before = 0;
+    for (const std::size_t count : {kind.count / 2, kind.count}) {
+      save_session([&] { return kind.make(count); }, session);
+      run(convert);
+      const auto in = static_cast<double>(std::filesystem::file_size(session));
+      const auto out = static_cast<double>(std::filesystem::file_size(project));
+      const std::string copy = "cat '" + project + "' > '" + project + ".copy'";
+      const std::vector<std::string> hash = {"sha256sum", session}, plain_copy = {"sh", "-c", copy};
+      const Pair pair = side_by_side(convert, out > in ? plain_copy : hash, rounds);
+      std::printf("%10zu  %-18s  %7.2f  %7.2f  %9.4f  %7.4f  %5.2f  %11.2f", count, kind.name, in / 1048576,
+                  out / 1048576, pair.first, pair.second, pair.first / pair.second,
+                  pair.peak_bytes / std::max(in, out));
+      if (before > 0) std::printf("  %6.2f", pair.first / before);
+      std::printf("\n");
+      std::fflush(stdout);
+      before = pair.first;
+    }
+  }
 }
 
 }  // namespace
@@ -132,9 +176,11 @@ int main(int argc, char** argv) {
     before = pair.first;
   }
 
+  measure_kinds(convert, session, project, rounds);
+
   make_session(0.5, session);
   const Pair small = side_by_side(convert, {"true"}, rounds * 5);
-  std::printf("half a MiB: %.2f ms, a process that does nothing %.2f ms, ratio %.1f\n", small.first * 1e3,
+  std::printf("\nhalf a MiB: %.2f ms, a process that does nothing %.2f ms, ratio %.1f\n", small.first * 1e3,
               small.second * 1e3, small.first / small.second);
   std::filesystem::remove_all(folder);
 }

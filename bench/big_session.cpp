@@ -108,4 +108,60 @@ SessionBuilder big_session(std::size_t bytes) {
   return s;
 }
 
+SessionBuilder automation_session(std::size_t points) {
+  constexpr std::size_t kLanePoints = 1000;
+  Random random;
+  SessionBuilder s;
+  s.rate(48000).tempo(120);
+  for (std::size_t bar = 1; bar < 64; ++bar) s.tempo_event(bar * 16 * kQuarter, 90 + random.below(60));
+  const auto points_of = [&](auto value) {
+    Automation lane;
+    std::uint32_t at = 0;
+    for (std::size_t i = 0; i < kLanePoints; ++i) lane.emplace_back(at += 4800 + random.below(9600), value());
+    return lane;
+  };
+  for (std::size_t made = 0; made < points; made += 3 * kLanePoints) {
+    Track& track = s.track("Track " + std::to_string(made / (3 * kLanePoints) + 1));
+    track.volume_points(points_of([&] { return -0.1 * random.below(300); }));
+    track.pan_points(points_of([&] { return static_cast<int>(random.below(201)) - 100; }));
+    track.mute_points(points_of([&] { return random.below(2); }));
+  }
+  return s;
+}
+
+SessionBuilder midi_session(std::size_t events) {
+  constexpr std::size_t kClipNotes = 500, kTrackClips = 20;
+  Random random;
+  SessionBuilder s;
+  s.rate(48000).tempo(120);
+  Track* keys = nullptr;
+  for (std::size_t n = 0; n < events / 2 / kClipNotes; ++n) {
+    const std::uint64_t place = n % kTrackClips;
+    if (place == 0) keys = &s.midi_track("Keys " + std::to_string(n / kTrackClips + 1));
+    std::vector<Note> notes;
+    for (std::uint64_t i = 0; i < kClipNotes; ++i) {
+      notes.push_back({i * kQuarter / 4, kQuarter / 5 + random.below(kQuarter),
+                       static_cast<std::uint8_t>(36 + random.below(48)),
+                       static_cast<std::uint8_t>(1 + random.below(126))});
+    }
+    keys->midi_clip(keys->name + "-" + std::to_string(place + 1), place * 128 * kQuarter, 126 * kQuarter,
+                    std::move(notes));
+  }
+  return s;
+}
+
+SessionBuilder sends_session(std::size_t sends) {
+  constexpr std::size_t kTrackSends = 8, kBuses = 64;
+  Random random;
+  SessionBuilder s;
+  s.rate(48000).tempo(120);
+  for (std::size_t made = 0; made < sends; made += kTrackSends) {
+    Track& track = s.track("Track " + std::to_string(made / kTrackSends + 1));
+    for (std::size_t i = 0; i < kTrackSends; ++i) {
+      track.send("Bus " + std::to_string((made + i * 7) % kBuses + 1), -0.1 * random.below(300));
+    }
+  }
+  return s;
+}
+
 }  // namespace frt::bench

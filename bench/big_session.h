@@ -13,4 +13,9 @@ namespace frt::bench {
 // the 65,536 entries that a session can number.
 test::SessionBuilder big_session(std::size_t bytes);
 
+// Sessions that are nothing but one kind of data, whose project text is larger than they are.
+test::SessionBuilder automation_session(std::size_t points);  // volume, mute and pan lanes of 1,000 points each
+test::SessionBuilder midi_session(std::size_t events);        // notes, two events each, in clips of 500 notes
+test::SessionBuilder sends_session(std::size_t sends);        // eight sends a track, into 64 buses
+
 }  // namespace frt::bench

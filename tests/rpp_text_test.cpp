@@ -58,6 +58,10 @@ TEST(Numbers, PrintAsPrintfPrintsThem) {
     // What projects hold: seconds, gains, tempos; halves of the last digit among them.
     values.push_back(static_cast<double>(bits % 100000000000) / 48000.0);
     values.push_back(static_cast<double>(bits % 2000001) / 2000000.0);
+    // Ties of any size of part, and numbers around the size from which on another way prints them.
+    values.push_back(static_cast<double>(bits % 2048) * std::exp2(-static_cast<double>(bits >> 58)));
+    values.push_back(1.8e9 + static_cast<double>(static_cast<std::int64_t>(bits % 64) - 32) / 1024.0);
+    values.push_back(std::bit_cast<double>((bits & 0x000fffffffffffff) | ((bits % 140 + 920) << 52)));
   }
   for (const int digits : {0, 4, 6, 9, 10, 14}) {
     std::string expected;

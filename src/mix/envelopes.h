@@ -36,18 +36,18 @@ class Envelope {
   EnvelopeTarget target() const { return target_; }
   bool is_switch() const { return target_ == EnvelopeTarget::kMute || target_ == EnvelopeTarget::kMasterMute; }
   double initial() const { return value_of(lane_->initial); }
+  double stored_initial() const { return lane_->initial; }
   std::size_t size() const { return lane_->points.size(); }
-  Point operator[](std::size_t i) const {
-    const auto& [position, value] = lane_->points[i];
-    return {clock_->of(position, lane_->in_ticks), value_of(value)};
-  }
+  Point operator[](std::size_t i) const { return {seconds(i), value_of(stored(i))}; }
+  // The same in two steps, for those who meet one stored value again and again.
+  double seconds(std::size_t i) const { return clock_->of(lane_->points[i].first, lane_->in_ticks); }
+  double stored(std::size_t i) const { return lane_->points[i].second; }  // in Pro Tools' unit
+  double value_of(double stored) const;
 
   bool active = true;  // plays
   bool armed = false;  // takes new moves
 
  private:
-  double value_of(double stored) const;
-
   EnvelopeTarget target_;
   const AutomationLane* lane_;
   const Clock* clock_;

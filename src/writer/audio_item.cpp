@@ -20,12 +20,8 @@ struct LanePlace {
   double height = 0;  // 0 on a track without lanes
 };
 
-// Most numbers of an item are a plain 0 or 1; their text needs no conversion. A "-0" prints as such.
+// A "-0" prints as such.
 bool is_plain_zero(double value) { return value == 0.0 && !std::signbit(value); }
-
-ProjectText& put_seconds(ProjectText& out, double value) {
-  return is_plain_zero(value) ? out.text("0.0000000000") : out.fixed(value, 10);
-}
 
 std::string_view fade_shape(FadeShape shape) {
   switch (shape) {
@@ -82,13 +78,13 @@ void write_item(ProjectText& out, const OutputItem& item, const LanePlace& lane)
   out.text("\n      LENGTH ").fixed(item.length, 10);
   const std::string_view in_shape = fade_shape(item.fade_in_shape), out_shape = fade_shape(item.fade_out_shape);
   out.text("\n      LOOP 0\n      ALLTAKES 0\n      FADEIN ").text(in_shape).text(" ");
-  put_seconds(out, item.fade_in).text(" 0 ").text(in_shape).text(" 0 0 0\n      FADEOUT ");
+  out.fixed(item.fade_in, 10).text(" 0 ").text(in_shape).text(" 0 0 0\n      FADEOUT ");
   out.text(out_shape).text(" ");
-  put_seconds(out, item.fade_out).text(" 0 ").text(out_shape).text(" 0 0 0\n");
+  out.fixed(item.fade_out, 10).text(" 0 ").text(out_shape).text(" 0 0 0\n");
   out.text(item.muted ? "      MUTE 1 0\n" : "      MUTE 0 0\n");
   if (item.locked) out.text("      LOCK 1\n");
   out.text("      SOFFS ");
-  put_seconds(out, item.source_offset).text("\n");
+  out.fixed(item.source_offset, 10).text("\n");
   if (item.clip_color != 0) out.text("      COLOR ").integer(item.clip_color).text(" R\n");
   if (lane.height > 0.0) {
     out.text("      YPOS ").fixed(lane.top, 6).text(" ").fixed(lane.height, 6).text(" 2\n");

@@ -4,12 +4,14 @@
 #include <cstdio>
 #include <cstring>
 
+#include "base/fixed_point.h"
+
 namespace frt {
 namespace {
 
 constexpr std::size_t kBufferSize = 256 * 1024;
-// What a number can take beside its fraction digits: the sign, 309 digits, the point, an exponent.
-constexpr std::size_t kNumberRoom = 336;
+// What a number can take beside its fraction digits, an exponent included.
+constexpr std::size_t kNumberRoom = kFixedRoom;
 
 char delimiter_for(std::string_view text) {
   for (const char c : {'"', '\'', '`'}) {
@@ -117,9 +119,8 @@ ProjectText& ProjectText::text(std::string_view piece) {
 }
 
 ProjectText& ProjectText::fixed(double value, int digits) {
-  const std::size_t most = digits_room(digits);
-  char* out = room(most);
-  used_ += static_cast<std::size_t>(std::to_chars(out, out + most, value, std::chars_format::fixed, digits).ptr - out);
+  char* out = room(digits_room(digits));
+  used_ += static_cast<std::size_t>(put_fixed(out, value, digits) - out);
   return *this;
 }
 
