@@ -163,10 +163,12 @@ TEST(Notes, RowsOfManySubjectsKeepTheirOrder) {
     s.told.clips.fades.unbound = s.told.clips.gain.group_clips = 1;
     s.told.order.freeze_records = s.told.mix.tracks.midi_tracks_muted = s.told.mix.tracks.surround_aux_widths = 1;
     s.told.mix.header.markers.unmapped_colors = {"A"};
+    s.told.midi.sysex = s.told.midi.cut_clips = s.told.midi.sample_based_clips = 1;
   });
   std::size_t at = 0;
-  for (const char* row : {"1 MIDI track(s) muted", "inside a clip group", "marker(s) carry", "1 aux(es) taking",
-                          "neither mono nor", "freeze record", "CURRENT track names", "fades sat on"}) {
+  for (const char* row : {"1 SysEx event(s)", "1 MIDI track(s) muted", "1 MIDI clip(s) cut", "inside a clip group",
+                          "marker(s) carry", "1 aux(es) taking", "a SAMPLE-BASED track", "neither mono nor",
+                          "freeze record", "CURRENT track names", "fades sat on"}) {
     const std::size_t next = text.find(row, at);
     ASSERT_NE(next, text.npos) << row << text;
     at = next;

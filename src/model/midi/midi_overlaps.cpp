@@ -18,20 +18,18 @@ std::uint32_t note_count(const MidiSource& midi, const Placement& placement) {
 
 }  // namespace
 
-std::vector<MidiClipEdges> find_midi_overlaps(const MidiSource& midi, MidiPlaylistIndex& playlists) {
+std::vector<MidiClipEdges> find_midi_overlaps(const MidiSource& midi, const PlacedMidiTracks& tracks,
+                                              const MidiPlaylistIndex& playlists) {
   std::vector<MidiClipEdges> edges(midi.placements.size());
   std::vector<std::size_t> order;
   for (std::size_t i = 0; i < midi.placements.size(); ++i)
     if (note_count(midi, midi.placements[i]) > 0) order.push_back(i);
-  const auto track_of = [&](std::size_t i) {
-    return std::tie(midi.placements[i].track_index, midi.placements[i].track_name);
-  };
+  const std::vector<std::uint32_t>& track_of = tracks.track_of;
   std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
-    return std::tuple_cat(track_of(a), std::tie(midi.placements[a].start)) <
-           std::tuple_cat(track_of(b), std::tie(midi.placements[b].start));
+    return std::tie(track_of[a], midi.placements[a].start) < std::tie(track_of[b], midi.placements[b].start);
   });
   for (std::size_t k = 1; k < order.size(); ++k) {
-    if (track_of(order[k - 1]) != track_of(order[k])) continue;
+    if (track_of[order[k - 1]] != track_of[order[k]]) continue;
     const Placement& a = midi.placements[order[k - 1]];
     const Placement& b = midi.placements[order[k]];
     const ClipRecord& clip = midi.clips[a.clip];
@@ -39,7 +37,7 @@ std::vector<MidiClipEdges> find_midi_overlaps(const MidiSource& midi, MidiPlayli
     const std::int64_t distance = b.start - a.start;
     const std::int64_t overlap = clip.length - distance;
     if (distance == 0 || clip.length <= 0 || overlap <= kLeastOverlap) continue;
-    switch (playlists.kind(a.track_name, clip.index, static_cast<std::uint64_t>(std::abs(a.start)))) {
+    switch (playlists.kind(tracks.name_of(order[k]), clip.index, static_cast<std::uint64_t>(std::abs(a.start)))) {
       case kAboveNext:
         if (b_length == 0 || overlap < b_length) edges[order[k]].head_trim = overlap;
         break;

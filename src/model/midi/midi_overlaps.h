@@ -18,6 +18,7 @@ struct MidiClipEdges {
 };
 
 // By placement. Those without notes take no part.
-std::vector<MidiClipEdges> find_midi_overlaps(const MidiSource& midi, MidiPlaylistIndex& playlists);
+std::vector<MidiClipEdges> find_midi_overlaps(const MidiSource& midi, const PlacedMidiTracks& tracks,
+                                              const MidiPlaylistIndex& playlists);
 
 }  // namespace frt

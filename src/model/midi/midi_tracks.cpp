@@ -1,9 +1,7 @@
 #include "model/midi/midi_tracks.h"
 
 #include <cstddef>
-#include <map>
 #include <optional>
-#include <utility>
 
 #include "model/midi/midi_events.h"
 #include "model/midi/midi_names.h"
@@ -99,27 +97,29 @@ class ItemMaker {
 MidiTracks make_midi_tracks(const MidiSource& midi, const Clock& clock, std::span<const OutputTrack> audio,
                             std::span<const std::string_view> strip_table, const ConversionOptions& options) {
   MidiTracks made;
-  MidiPlaylistIndex playlists(midi.playlists.info);
-  const std::vector<MidiClipEdges> edges = find_midi_overlaps(midi, playlists);
-  const auto sample_positions = find_sample_positions(midi, clock.rate);
+  const PlacedMidiTracks placed = number_midi_tracks(midi.placements);
+  const MidiPlaylistIndex playlists(midi.playlists.info, placed);
+  const std::vector<MidiClipEdges> edges = find_midi_overlaps(midi, placed, playlists);
+  const auto sample_positions = find_sample_positions(midi, placed, clock.rate);
+  made.tracks.resize(placed.tracks.size());
+  std::vector<bool> sample_based(placed.names.size());
   ItemMaker maker(midi, clock, options, made.counts);
-  std::map<std::pair<std::uint16_t, std::string_view>, OutputTrack> tracks;
   for (std::size_t i = 0; i < midi.placements.size(); ++i) {
     const Placement& placement = midi.placements[i];
-    const std::string_view name = placement.track_name;
     MidiItem item = maker.make(placement, edges[i], sample_positions[i]);
-    const MidiPlaylistIndex::Look look = playlists.look(name, midi.clips[placement.clip].index);
+    const MidiPlaylistIndex::Look look = playlists.look(placed.name_of(i), midi.clips[placement.clip].index);
     item.color = look.color;
     item.locked = look.locked;
-    tracks[{placement.track_index, name}].midi_items.push_back(item);
-    if (sample_positions[i]) made.sample_based.emplace(name);
+    made.tracks[placed.track_of[i]].midi_items.push_back(item);
+    if (sample_positions[i]) sample_based[placed.name_of(i)] = true;
   }
-  made.tracks.reserve(tracks.size());
-  for (auto& [key, track] : tracks) {
-    track.name = track.pt_name = key.second;
+  for (std::size_t t = 0; t < made.tracks.size(); ++t) {
+    OutputTrack& track = made.tracks[t];
+    track.name = track.pt_name = placed.tracks[t].name;
     track.is_midi = true;
-    made.tracks.push_back(std::move(track));
   }
+  for (std::size_t name = 0; name < sample_based.size(); ++name)
+    if (sample_based[name]) made.sample_based.emplace(placed.names[name]);
   bring_midi_names_up_to_date(made.tracks, audio, strip_table);
   return made;
 }

@@ -44,25 +44,26 @@ struct PositionWalk {
 
 }  // namespace
 
-const MidiPlaylistIndex::Playlist& MidiPlaylistIndex::of(std::string_view name) {
-  const auto [found, is_new] = playlists_.try_emplace(name);
-  Playlist& playlist = found->second;
-  const auto info = is_new ? info_.find(name) : info_.end();
-  if (info == info_.end()) return playlist;
-  for (const MidiInfoEntry& entry : info->second) {
-    playlist.by_place.push_back(&entry);
-    Look& look = playlist.looks[entry.clip];
-    if (entry.color != kNoColor) look.color = entry.color;
-    look.locked = entry.locked;
+MidiPlaylistIndex::MidiPlaylistIndex(const ByName<std::vector<MidiInfoEntry>>& info, const PlacedMidiTracks& tracks)
+    : playlists_(tracks.names.size()) {
+  for (std::size_t name = 0; name < playlists_.size(); ++name) {
+    const auto found = info.find(tracks.names[name]);
+    if (found == info.end()) continue;
+    Playlist& playlist = playlists_[name];
+    for (const MidiInfoEntry& entry : found->second) {
+      playlist.by_place.push_back(&entry);
+      Look& look = playlist.looks[entry.clip];
+      if (entry.color != kNoColor) look.color = entry.color;
+      look.locked = entry.locked;
+    }
+    std::sort(playlist.by_place.begin(), playlist.by_place.end(), [](const MidiInfoEntry* a, const MidiInfoEntry* b) {
+      return std::tie(a->clip, a->position, a) < std::tie(b->clip, b->position, b);
+    });
   }
-  std::sort(playlist.by_place.begin(), playlist.by_place.end(), [](const MidiInfoEntry* a, const MidiInfoEntry* b) {
-    return std::tie(a->clip, a->position, a) < std::tie(b->clip, b->position, b);
-  });
-  return playlist;
 }
 
-std::uint8_t MidiPlaylistIndex::kind(std::string_view playlist, std::uint32_t clip, std::uint64_t position) {
-  const std::vector<const MidiInfoEntry*>& entries = of(playlist).by_place;
+std::uint8_t MidiPlaylistIndex::kind(std::uint32_t name, std::uint32_t clip, std::uint64_t position) const {
+  const std::vector<const MidiInfoEntry*>& entries = playlists_[name].by_place;
   const auto first_from = [&](std::uint64_t place) {
     return std::lower_bound(entries.begin(), entries.end(), place, [&](const MidiInfoEntry* entry, std::uint64_t at) {
       return std::tie(entry->clip, entry->position) < std::tie(clip, at);
@@ -84,24 +85,23 @@ std::uint8_t MidiPlaylistIndex::kind(std::string_view playlist, std::uint32_t cl
   return best ? best->kind : 0;
 }
 
-MidiPlaylistIndex::Look MidiPlaylistIndex::look(std::string_view playlist, std::uint32_t clip) {
-  const auto& looks = of(playlist).looks;
+MidiPlaylistIndex::Look MidiPlaylistIndex::look(std::uint32_t name, std::uint32_t clip) const {
+  const auto& looks = playlists_[name].looks;
   const auto found = looks.find(clip);
   return found == looks.end() ? Look{} : found->second;
 }
 
-std::vector<std::optional<std::uint64_t>> find_sample_positions(const MidiSource& midi, double rate) {
+std::vector<std::optional<std::uint64_t>> find_sample_positions(const MidiSource& midi, const PlacedMidiTracks& tracks,
+                                                                double rate) {
   const auto& positions = midi.playlists.positions;
   std::vector<std::optional<std::uint64_t>> found(midi.placements.size());
-  std::unordered_map<std::string_view, PositionWalk> walks;
+  std::vector<PositionWalk> walks;
+  for (const std::string_view name : tracks.names) {
+    const auto list = positions.find(name);
+    walks.emplace_back(list == positions.end() ? nullptr : &list->second);
+  }
   for (std::size_t i = 0; i < midi.placements.size(); ++i) {
-    const Placement& placement = midi.placements[i];
-    auto walk = walks.find(placement.track_name);
-    if (walk == walks.end()) {
-      const auto list = positions.find(placement.track_name);
-      walk = walks.try_emplace(placement.track_name, list == positions.end() ? nullptr : &list->second).first;
-    }
-    const auto position = walk->second.next(midi.clips[placement.clip].index);
+    const auto position = walks[tracks.name_of(i)].next(midi.clips[midi.placements[i].clip].index);
     // A position in ticks has the tick origin in it; samples of a day don't reach that far.
     if (position && *position < kTickOrigin && static_cast<double>(*position) < kSecondsADay * rate)
       found[i] = position;
