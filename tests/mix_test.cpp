@@ -42,11 +42,11 @@ struct Scene {
     tracks.back().pt_name = pt_name;
     return tracks.back();
   }
-  StripRecord& strip(std::string_view name = "T", StripWidth width = StripWidth::kMono) {
+  StripRecord& strip(std::string_view name = "T", bool stereo = false) {
     StripRecord& strip = session.mixer.strips.emplace_back();
     strip.name = name;
     strip.has_mixer_data = true;
-    strip.width = width;
+    strip.is_stereo = stereo;
     return strip;
   }
   TrackRow& row(std::string_view name = "T") {
@@ -73,13 +73,12 @@ TEST(TrackPages, VolumeAndPan) {
   } rows[] = {
       {"no mixer data", [](StripRecord& s) { s.has_mixer_data = false; }, "1.00 0 [-1 1]"},
       {"pan beyond its range", [](StripRecord& s) { s.pan = 250; }, "0.50 1 [-1 1]"},
-      {"stereo, narrowed", [](StripRecord& s) { s.width = StripWidth::kStereo; }, "0.50 0.2 [-0.2 0.6]"},
+      {"stereo, narrowed", [](StripRecord& s) { s.is_stereo = true; }, "0.50 0.2 [-0.2 0.6]"},
       {"volume moves", [](StripRecord& s) { s.volume_lane = moving(); }, "1.00 -0.2 [-1 1]"},
       {"pan moves", [](StripRecord& s) { s.pan_lane = moving(); }, "0.50 0 [-1 1]"},
-      {"a side moves",
-       [](StripRecord& s) { s.width = StripWidth::kStereo, s.dual_pan = 1, s.right_pan_lane = moving(); },
+      {"a side moves", [](StripRecord& s) { s.is_stereo = true, s.dual_pan = 1, s.right_pan_lane = moving(); },
        "0.50 0.2 [-1 1]"},
-      {"apart at rest", [](StripRecord& s) { s.width = StripWidth::kStereo, s.dual_pan = 2; }, "0.50 0.2 [-0.2 0.6]"},
+      {"apart at rest", [](StripRecord& s) { s.is_stereo = true, s.dual_pan = 2; }, "0.50 0.2 [-0.2 0.6]"},
   };
   for (const auto& row : rows) {
     Scene scene{"T"};
@@ -115,7 +114,7 @@ TEST(TrackPages, TablesOfRoutesAndGroupsOverrideTheStrip) {
 // Inactive envelopes carry nothing, so the resting pans must; the second track of the row has active ones.
 TEST(TrackPages, ModeOffKeepsTheRestingPansOnTheFirstTrackOfTheRow) {
   Scene scene{"T", "T"};
-  StripRecord& strip = scene.strip("T", StripWidth::kStereo);
+  StripRecord& strip = scene.strip("T", true);
   strip.pan = -20, strip.second_pan = 60, strip.dual_pan = 1, strip.dual_left_lane = moving();
   scene.row().automation_mode = AutomationMode::kOff;
   const auto pages = scene.pages();
@@ -129,17 +128,17 @@ TEST(TrackPages, ModeOffKeepsTheRestingPansOnTheFirstTrackOfTheRow) {
 TEST(TrackPages, PanModeByStripAndWidth) {
   const struct {
     const char* what;
-    StripWidth strip;
+    bool strip;
     int width;
     bool panner;
     PanMode mode;
   } rows[] = {
-      {"stereo strip", StripWidth::kStereo, 2, false, PanMode::kDual},
-      {"mono strip, mono clips", StripWidth::kMono, 1, false, PanMode::kBalance},
-      {"mono strip, two legs", StripWidth::kMono, 2, false, PanMode::kDefault},
-      {"mono strip, no clips", StripWidth::kMono, 0, false, PanMode::kDefault},
-      {"a panner places it", StripWidth::kStereo, 1, true, PanMode::kDefault},
-      {"also where it is mono", StripWidth::kMono, 1, true, PanMode::kDefault},
+      {"stereo strip", true, 2, false, PanMode::kDual},
+      {"mono strip, mono clips", false, 1, false, PanMode::kBalance},
+      {"mono strip, two legs", false, 2, false, PanMode::kDefault},
+      {"mono strip, no clips", false, 0, false, PanMode::kDefault},
+      {"a panner places it", true, 1, true, PanMode::kDefault},
+      {"also where it is mono", false, 1, true, PanMode::kDefault},
   };
   for (const auto& row : rows) {
     Scene scene{"T"};
@@ -185,8 +184,7 @@ TEST(TrackPages, AutomationModeByLanesThenByTheRow) {
     AutomationMode row, mode;
     int automated;
   } rows[] = {
-      {"stereo", [](StripRecord& s) { s.width = StripWidth::kStereo; }, AutomationMode::kUntold, AutomationMode::kRead,
-       1},
+      {"stereo", [](StripRecord& s) { s.is_stereo = true; }, AutomationMode::kUntold, AutomationMode::kRead, 1},
       {"pan", [](StripRecord& s) { s.pan_lane = moving(); }, AutomationMode::kUntold, AutomationMode::kRead, 1},
       {"trim", [](StripRecord& s) { s.trim_lane = moving(); }, AutomationMode::kUntold, AutomationMode::kRead, 1},
       {"off", [](StripRecord& s) { s.mute_lane = moving(); }, AutomationMode::kOff, AutomationMode::kOff, 1},

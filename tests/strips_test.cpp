@@ -607,12 +607,12 @@ TEST(Lanes, TheirNumberTellsWhatTheyDrive) {
   for (const char* count : {"0", "1", "2", "3", "4", "5", "6"})
     row(w, count, {-70}, {lanes.begin(), lanes.begin() + (*count - '0')});
   EXPECT_EQ(tables_of(w).rows("strips"), R"(0: "0" -7 dB pan=0
-1: "1" 0.1 dB pan=0 lanes=1 other-width | volume 1
-2: "2" 0.1 dB pan=0 lanes=2 mono | volume 1 | mute 2
-3: "3" 0.1 dB pan=0 lanes=3 other-width | volume 1 | mute 2 | pan 3
-4: "4" 0.1 dB pan=0 lanes=4 mono | volume 1 | mute 2 | pan 3 | trim 4
+1: "1" 0.1 dB pan=0 lanes=1 | volume 1
+2: "2" 0.1 dB pan=0 lanes=2 | volume 1 | mute 2
+3: "3" 0.1 dB pan=0 lanes=3 | volume 1 | mute 2 | pan 3
+4: "4" 0.1 dB pan=0 lanes=4 | volume 1 | mute 2 | pan 3 | trim 4
 5: "5" 0.1 dB pan=0 lanes=5 stereo dual_pan=2 | volume 1 | mute 2 | pan 3 | right pan 4 | trim 5
-6: "6" 0.1 dB pan=0 lanes=6 other-width | volume 1 | mute 2 | pan 3)");
+6: "6" 0.1 dB pan=0 lanes=6 | volume 1 | mute 2 | pan 3)");
 }
 
 TEST(Lanes, TheVolumeLaneTellsTheRestingFaderUnlessItMovesOrPassesTheLimit) {
@@ -622,11 +622,11 @@ TEST(Lanes, TheVolumeLaneTellsTheRestingFaderUnlessItMovesOrPassesTheLimit) {
   row(w, "limited", {60}, {{61}});
   row(w, "at the limit", {60}, {{60}});
   row(w, "above, but the record isn't at it", {59}, {{61}});
-  EXPECT_EQ(tables_of(w).rows("strips"), R"(0: "rests" -12 dB pan=0 lanes=1 other-width | volume -120
-1: "moves" -6 dB pan=0 lanes=1 other-width | volume -120 0/5
-2: "limited" 6 dB pan=0 lanes=1 other-width | volume 61
-3: "at the limit" 6 dB pan=0 lanes=1 other-width | volume 60
-4: "above, but the record isn't at it" 6.1 dB pan=0 lanes=1 other-width | volume 61)");
+  EXPECT_EQ(tables_of(w).rows("strips"), R"(0: "rests" -12 dB pan=0 lanes=1 | volume -120
+1: "moves" -6 dB pan=0 lanes=1 | volume -120 0/5
+2: "limited" 6 dB pan=0 lanes=1 | volume 61
+3: "at the limit" 6 dB pan=0 lanes=1 | volume 60
+4: "above, but the record isn't at it" 6.1 dB pan=0 lanes=1 | volume 61)");
 }
 
 TEST(Lanes, AStereoStripPansItsSidesApartUnlessTheyStayHardLeftAndRight) {
@@ -673,42 +673,34 @@ TEST(Lanes, GroupsAndWidthTellWhatTheyDrive) {
   grouped(w, "a master has volume and mute", 1, 3, {2, 3}, kMaster);
   grouped(w, "no trim with two free lanes", 1, 2, {2, 3});
   grouped(w, "one free lane: all by place", 1, 1, {2, 3});
-  grouped(w, "groups of one lane: all by place", 1, 4, {1, 0});
-  // Pan lanes alone in two groups: strips without trim.
-  grouped(w, "two channels", 1, 2, {1, 1});
-  grouped(w, "two by the second lane", 0, 2, {1, 1});
-  grouped(w, "wider without trim", 2, 2, {1, 1});
-  grouped(w, "a master", 1, 2, {1, 1}, kMaster);
-  grouped(w, "one channel without trim", 0, 2, {1, 0});
+  // Pan lanes alone in their groups, whatever the row's width.
+  grouped(w, "two pans", 0, 2, {1, 1});
+  grouped(w, "two pans with trim", 2, 3, {1, 1});
+  grouped(w, "one pan", 1, 2, {1, 0}, kMaster);
+  grouped(w, "one pan with trim", 1, 4, {0, 1});
   grouped(w, "a master's volume", 1, 1, {0, 0}, kMaster);
-  grouped(w, "two channels with trim", 1, 3, {1, 1});
-  grouped(w, "one channel with trim", 0, 3, {1, 0});
-  grouped(w, "a third group", 1, 2, {1, 1, 0});
-  grouped(w, "one group", 1, 2, {1});
+  grouped(w, "three pans", 1, 3, {1, 0, 1, 1});
+  grouped(w, "pans alone", 1, 0, {1, 1});
   grouped(w, "no group", 1, 3, {});
   grouped(w, "no lane", 1, 0, {0, 0});
   EXPECT_EQ(
       tables_of(w).rows("strips"),
       R"(0: "two channels, a panner" 0.1 dB pan=0 lanes=5 stereo dual_pan=2 | volume 1 | mute 2 | pan 10 | right pan 17 | trim 4 | panner level 3 | panner 10 | panner 11 | panner 12 | panner 13 | panner 14 | panner 15 | panner 16
-1: "wider" 0.1 dB pan=0 lanes=3 other-width | volume 1 | mute 2 | pan 3 | panner level 3
-2: "one channel" 0.1 dB pan=0 lanes=4 mono | volume 1 | mute 2 | pan 10 | trim 3 | panner level 3
+1: "wider" 0.1 dB pan=0 lanes=3 | volume 1 | mute 2 | pan 3 | panner level 3
+2: "one channel" 0.1 dB pan=0 lanes=4 | volume 1 | mute 2 | pan 10 | trim 3 | panner level 3
 3: "two by the second group's lane" 0.1 dB pan=0 lanes=5 stereo dual_pan=2 | volume 1 | mute 2 | pan 10 | right pan 5 | trim 3 | panner level 3
-4: "a master has volume and mute" 0.1 dB pan=0 lanes=2 mono | volume 1 | mute 2 | panner level 3
-5: "no trim with two free lanes" 0.1 dB pan=0 lanes=4 mono | volume 1 | mute 2 | pan 10 | trim 12
-6: "one free lane: all by place" 0.1 dB pan=0 lanes=6 other-width | volume 1 | mute 10 | pan 11
-7: "groups of one lane: all by place" 0.1 dB pan=0 lanes=5 stereo dual_pan=2 | volume 1 | mute 2 | pan 3 | right pan 4 | trim 10
-8: "two channels" 0.1 dB pan=0 lanes=4 stereo dual_pan=2 | volume 1 | mute 2 | pan 10 | right pan 11
-9: "two by the second lane" 0.1 dB pan=0 lanes=4 stereo dual_pan=2 | volume 1 | mute 2 | pan 10 | right pan 11
-10: "wider without trim" 0.1 dB pan=0 lanes=4 mono | volume 1 | mute 2 | pan 10 | trim 11
-11: "a master" 0.1 dB pan=0 lanes=4 mono | volume 1 | mute 2 | pan 10 | trim 11
-12: "one channel without trim" 0.1 dB pan=0 lanes=3 mono | volume 1 | mute 2 | pan 10
-13: "a master's volume" 0.1 dB pan=0 lanes=1 mono | volume 1
-14: "two channels with trim" 0.1 dB pan=0 lanes=5 stereo dual_pan=2 | volume 1 | mute 2 | pan 3 | right pan 10 | trim 11
-15: "one channel with trim" 0.1 dB pan=0 lanes=4 mono | volume 1 | mute 2 | pan 3 | trim 10
-16: "a third group" 0.1 dB pan=0 lanes=4 mono | volume 1 | mute 2 | pan 10 | trim 11
-17: "one group" 0.1 dB pan=0 lanes=3 other-width | volume 1 | mute 2 | pan 10
-18: "no group" 0.1 dB pan=0 lanes=3 other-width | volume 1 | mute 2 | pan 3
-19: "no lane" 0 dB pan=0)");
+4: "a master has volume and mute" 0.1 dB pan=0 lanes=2 | volume 1 | mute 2 | panner level 3
+5: "no trim with two free lanes" 0.1 dB pan=0 lanes=4 | volume 1 | mute 2 | pan 10 | trim 12
+6: "one free lane: all by place" 0.1 dB pan=0 lanes=6 | volume 1 | mute 10 | pan 11
+7: "two pans" 0.1 dB pan=0 lanes=4 pan_groups=2 stereo dual_pan=2 | volume 1 | mute 2 | pan 10 | right pan 11
+8: "two pans with trim" 0.1 dB pan=0 lanes=5 pan_groups=2 stereo dual_pan=2 | volume 1 | mute 2 | pan 10 | right pan 11 | trim 3
+9: "one pan" 0.1 dB pan=0 lanes=3 pan_groups=1 | volume 1 | mute 2 | pan 10
+10: "one pan with trim" 0.1 dB pan=0 lanes=5 pan_groups=1 | volume 1 | mute 2 | pan 10 | trim 3
+11: "a master's volume" 0.1 dB pan=0 lanes=1 pan_groups=0 | volume 1
+12: "three pans" 0.1 dB pan=0 lanes=6 pan_groups=3 | volume 1 | mute 2 | pan 10 | trim 3
+13: "pans alone" 0 dB pan=0 lanes=2 pan_groups=2 stereo dual_pan=2 | pan 10 | right pan 11
+14: "no group" 0.1 dB pan=0 lanes=3 | volume 1 | mute 2 | pan 3
+15: "no lane" 0 dB pan=0 pan_groups=0)");
 }
 
 TEST(Lanes, ATooSmallLaneInTheSecondGroupMakesNoSecondChannel) {
@@ -719,7 +711,8 @@ TEST(Lanes, ATooSmallLaneInTheSecondGroupMakesNoSecondChannel) {
     w.close().open(0x260c).leaf(0x260a, std::vector<std::uint8_t>(size - 2, 1)).close().close().close();
     const Image image(w);
     const FlatBlock& strip = *image.session.first_of_type(kAudio);
-    EXPECT_EQ(strip_width_code(image.session, strip.start, strip.end()), size == 32 ? 1 : 0);
+    FirstFit any_block(image.session);
+    EXPECT_EQ(strip_width_code(image.session, strip.start, strip.end(), any_block), size == 32 ? 1 : 0);
   }
 }
 

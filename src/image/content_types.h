@@ -56,6 +56,7 @@
   X(kLaneGroup, 0x260c, "automation lanes of one channel")                           \
   X(kMixGroup, 0x260d, "level record and lanes of one mix")                          \
   X(kSlot, 0x260e, "an insert or key input slot")                                    \
+  X(kMidiMix, 0x2611, "setup and lanes of a MIDI strip")                             \
   X(kStripName, 0x2619, "a strip row's own name")                                    \
   X(kAudioRow, 0x261b, "strip row of an audio or aux track")                         \
   X(kStripWrapper, 0x261c, "a strip row with the playlists of its track")            \

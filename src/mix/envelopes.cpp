@@ -75,7 +75,7 @@ std::vector<Envelope> strip_envelopes(const StripRecord& strip, const StripPanni
   add(EnvelopeTarget::kMute, strip.mute_lane);
   if (!panning.wide_strip && !panning.surround_panner) add(EnvelopeTarget::kPan, strip.pan_lane);
   add(EnvelopeTarget::kTrim, strip.trim_lane);
-  if (strip.is_stereo() && strip.dual_pan_moves() && !panning.surround_panner) {
+  if (strip.is_stereo && strip.dual_pan_moves() && !panning.surround_panner) {
     // Both sides, also one that rests: REAPER's dual pan takes both from envelopes.
     envelopes.push_back(envelope_of(EnvelopeTarget::kLeftPan, strip.dual_left_lane, state, clock));
     envelopes.push_back(envelope_of(EnvelopeTarget::kRightPan, strip.right_pan_lane, state, clock));

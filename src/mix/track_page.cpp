@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string_view>
+#include <unordered_set>
 
 #include "base/decibel.h"
 
@@ -16,7 +17,9 @@ int round_up_to_even(int channels) { return channels + (channels & 1); }
 class PageMaker {
  public:
   PageMaker(const Session& session, const MixTables& tables, const ConversionOptions& options)
-      : clock_(session.clock), midi_states_(session.mixer.midi_states), tables_(tables), options_(options) {}
+      : clock_(session.clock), midi_states_(session.mixer.midi_states), tables_(tables), options_(options) {
+    for (const UnusualStrip& strip : session.mixer.unusual_strips) unusual_strips_.insert(strip.name);
+  }
 
   TrackPage make(const OutputTrack& track, const BoundTrack& bound, std::size_t index) {
     const MidiTrackState* midi = track.is_midi && !bound.strip ? find_by_key(midi_states_, track) : nullptr;
@@ -90,7 +93,7 @@ class PageMaker {
   AutomationMode automation_mode(const BoundTrack& bound, const SurroundPanner* panner) {
     AutomationMode mode = AutomationMode::kOff;
     if (const StripRecord* strip = bound.strip) {
-      if (strip->volume_lane.moves() || strip->pan_lane.moves() || (strip->is_stereo() && !panner) ||
+      if (strip->volume_lane.moves() || strip->pan_lane.moves() || (strip->is_stereo && !panner) ||
           strip->mute_lane.moves() || strip->trim_lane.moves()) {
         mode = AutomationMode::kRead;
         ++counts_.automated_tracks;
@@ -114,7 +117,7 @@ class PageMaker {
       page.volume = gain_of_db(strip->fader_db);
       const double left = strip->pan, right = strip->second_pan;
       if (!track.is_leg()) {
-        const double pan = strip->is_stereo() ? (left + right) / 2.0 : left;
+        const double pan = strip->is_stereo ? (left + right) / 2.0 : left;
         page.pan = panner ? 0.0 : std::clamp(pan / 100.0, -1.0, 1.0);
       }
       if (strip->volume_lane.moves()) {
@@ -122,7 +125,7 @@ class PageMaker {
         ++counts_.faders_at_unity;
       }
       if (strip->pan_lane.moves()) page.pan = 0.0;
-      if (strip->is_stereo()) {
+      if (strip->is_stereo) {
         // In mode Off the envelopes are written inactive, and the resting pans hold.
         const bool envelopes_off = bound.first_of_row && bound.row->automation_mode == AutomationMode::kOff;
         if (!strip->dual_pan_moves() || panner || envelopes_off) {
@@ -193,7 +196,7 @@ class PageMaker {
 
   PanMode pan_mode(const OutputTrack& track, const BoundTrack& bound, const SurroundPanner* panner,
                    int one_sided) const {
-    const bool stereo = bound.strip && bound.strip->is_stereo();
+    const bool stereo = bound.strip && bound.strip->is_stereo;
     if ((stereo && !panner) || one_sided != 0 || has_either_name(tables_.folders.basic_folders, track))
       return PanMode::kDual;
     return bound.strip && !stereo && !panner && bound.width == 1 ? PanMode::kBalance : PanMode::kDefault;
@@ -220,12 +223,12 @@ class PageMaker {
     if (bound.first_of_row) state.active = bound.row->automation_mode != AutomationMode::kOff;
     if (bound.strip) {
       const bool panner_lanes_left = panner && (panner->stereo_source || panner->lanes < kPannerLanes);
-      const bool wide = bound.strip->width == StripWidth::kOther;
+      const bool wide = unusual_strips_.contains(bound.strip->name);
       return strip_envelopes(*bound.strip, {wide, panner != nullptr, panner_lanes_left}, state, clock_,
                              counts_.envelopes);
     }
     std::vector<Envelope> envelopes;
-    if (midi && midi->has_mute_lane) {
+    if (midi && midi->has_mute_lane && midi->mute_lane.moves()) {
       add_envelope(envelopes, EnvelopeTarget::kMute, midi->mute_lane, state, clock_);
       ++counts_.midi_mute_lanes;
     }
@@ -238,6 +241,7 @@ class PageMaker {
   const ConversionOptions& options_;
   TrackCounts counts_;
   bool solo_plays_ = false;
+  std::unordered_set<std::string_view> unusual_strips_;
 };
 
 }  // namespace

@@ -3,16 +3,28 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <string>
+#include <vector>
 
-#include "session/mixer/lanes.h"
+#include "base/text.h"
 
 namespace frt {
+namespace {
+
+std::vector<std::string> slots_of(const std::vector<UnusualStrip>& strips) {
+  std::vector<std::string> texts;
+  for (const UnusualStrip& strip : strips)
+    texts.push_back(std::string(strip.name) + format_text(" (%u control slots)", strip.lane_count));
+  return texts;
+}
+
+}  // namespace
 
 Told::Told(const ConversionOptions& its_options, const Session& its_session, const Problem& its_problem)
     : options(its_options),
       session(its_session),
       problem(its_problem),
-      wide_strips(strips_of_unknown_width(its_session.mixer.strips)) {}
+      wide_strips(slots_of(its_session.mixer.unusual_strips)) {}
 
 int Told::strips_with_mixer_data() const {
   const std::vector<StripRecord>& strips = session.mixer.strips;

@@ -224,7 +224,6 @@ void dump_lane(Dump& out, std::string_view name, const AutomationLane& lane) {
 
 void dump_strips(Dump& out, const std::vector<StripRecord>& strips) {
   if (strips.empty()) return;
-  static constexpr const char* kWidths[] = {"", " mono", " stereo", " other-width"};
   out.table("strips");
   for (std::size_t i = 0; i < strips.size(); ++i) {
     const StripRecord& s = strips[i];
@@ -234,7 +233,8 @@ void dump_strips(Dump& out, const std::vector<StripRecord>& strips) {
     }
     out.row(indexed(i) + " " + quoted(s.name) + " " + number(s.fader_db) + " dB pan=" + std::to_string(s.pan) +
             Dump::field("pan2", s.second_pan) + Dump::flag("muted", s.muted) + Dump::field("lanes", s.lane_count) +
-            kWidths[static_cast<int>(s.width)] + Dump::field("dual_pan", s.dual_pan));
+            Dump::field("pan_groups", s.pan_groups ? std::int64_t{*s.pan_groups} : -1, -1) +
+            Dump::flag("stereo", s.is_stereo) + Dump::field("dual_pan", s.dual_pan));
     for (const SendRecord& send : s.sends)
       out.row("    send " + quoted(send.bus) + " " + number(send.level_db) + " dB");
     dump_lane(out, "volume", s.volume_lane);
@@ -248,6 +248,40 @@ void dump_strips(Dump& out, const std::vector<StripRecord>& strips) {
       for (const AutomationLane& lane : side) dump_lane(out, "panner", lane);
     }
   }
+}
+
+void dump_routing(Dump& out, const Mixer& mixer) {
+  const auto ids = [](std::uint32_t id0, std::uint32_t id1) { return format_text(" ids=%x/%x", id0, id1); };
+  table_of(out, "routes", mixer.routes, [&](const Route& r) {
+    std::string text = " " + quoted(r.name) + " kind=" + std::to_string(r.kind) + ids(r.id0, r.id1);
+    for (const std::uint16_t channel : r.channels) text += " " + std::to_string(channel);
+    return text;
+  });
+  if (!mixer.routing.empty()) out.table("routing");
+  for (std::size_t i = 0; i < mixer.routing.size(); ++i) {
+    const TrackRouting& row = mixer.routing[i];
+    out.row(indexed(i) + " " + quoted(row.name) +
+            Dump::field("display", row.display_name == row.name ? "" : row.display_name) +
+            Dump::field("output", row.output) + Dump::flag("no-output", row.no_output) +
+            (row.input_kind < 0 ? ""
+                                : " input=" + quoted(row.input_bus) + " kind=" + std::to_string(row.input_kind) +
+                                      ids(row.input_id0, row.input_id1)));
+    for (const SendRecord& send : row.sends) {
+      out.row("    send " + quoted(send.bus) + " " + number(send.level_db) + " dB" +
+              Dump::flag("post", send.post_fader) + Dump::field("pans", send.pan_count) +
+              Dump::field("left", send.left_pan) + Dump::field("right", send.right_pan));
+      dump_lane(out, "  volume", send.volume_lane);
+      dump_lane(out, "  mute", send.mute_lane);
+      dump_lane(out, "  pan", send.first_pan_lane);
+      dump_lane(out, "  second pan", send.second_pan_lane);
+    }
+  }
+  table_of(out, "leg routes", mixer.leg_routes, [](const LegRoute& r) {
+    return " row " + std::to_string(r.source) + " to row " + std::to_string(r.target) + " channel " +
+           std::to_string(r.first_channel);
+  });
+  if (!mixer.one_sided.empty()) out.table("one-sided outputs");
+  for (const auto& [name, side] : mixer.one_sided) out.row(quoted(name) + (side < 0 ? " left" : " right"));
 }
 
 void dump_mixer(Dump& out, const Mixer& mixer) {
@@ -284,6 +318,15 @@ void dump_mixer(Dump& out, const Mixer& mixer) {
   dump_strips(out, mixer.strips);
   table_of(out, "buses", mixer.bus_names, [](std::string_view name) { return " " + quoted(name); });
   table_of(out, "listed buses", mixer.listed_buses, [](std::string_view name) { return " " + quoted(name); });
+  table_of(out, "unusual strips", mixer.unusual_strips,
+           [](const UnusualStrip& s) { return " " + quoted(s.name) + " lanes=" + std::to_string(s.lane_count); });
+  dump_routing(out, mixer);
+  if (!mixer.midi_states.empty()) out.table("midi states");
+  for (const auto& [name, state] : mixer.midi_states) {
+    out.row(quoted(name) + Dump::flag("muted", state.muted) + Dump::flag("mute-lane", state.has_mute_lane) +
+            Dump::flag("other-lanes", state.other_lanes));
+    dump_lane(out, "mute", state.mute_lane);
+  }
   if (!mixer.key_buses.empty()) out.table("key buses");
   for (const auto& [id, name] : mixer.key_buses) out.row(std::to_string(id) + " " + quoted(name));
 }

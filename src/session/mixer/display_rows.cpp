@@ -4,6 +4,7 @@
 #include <array>
 
 #include "image/content_types.h"
+#include "session/mixer/id_mark.h"
 
 namespace frt {
 namespace {
@@ -19,8 +20,8 @@ namespace {
 // Its size is n + 72 in the newest sessions; those before end earlier, down to n + 31, with the same offsets.
 namespace entry_layout {
 constexpr std::uint64_t kRowType = 9, kNameLength = 11, kName = 15;
-constexpr std::uint64_t kWidth = 15, kIdMark = 21, kId = 25, kHasTrack = 68;  // from q + n
-constexpr std::uint32_t kLeastSize = 8, kMostName = 200, kIdMarkValue = 42;
+constexpr std::uint64_t kWidth = 15, kBeforeId = 21, kId = 25, kHasTrack = 68;  // from q + n
+constexpr std::uint32_t kLeastSize = 8, kMostName = 200;
 constexpr std::array<std::uint64_t, 6> kSizes = {31, 61, 62, 63, 65, 72};  // less n
 constexpr std::uint64_t kLeastSizeWithTrack = 62;                          // less n
 }  // namespace entry_layout
@@ -55,7 +56,7 @@ std::vector<DisplayRow> read_display_rows(const SessionImage& image, Skips& skip
     row.width = bytes.u8_or(q + n + at::kWidth, 0);
     row.has_track = row.row_type == DisplayRow::kBasicFolder ||
                     (size - n >= at::kLeastSizeWithTrack && bytes.u8(q + n + at::kHasTrack) == std::uint8_t{1});
-    if (bytes.u32(q + n + at::kIdMark) == at::kIdMarkValue) row.display_id = bytes.u64(q + n + at::kId).value_or(0);
+    if (bytes.u32(q + n + at::kBeforeId) == kIdMark) row.display_id = bytes.u64(q + n + at::kId).value_or(0);
     rows.push_back(row);
     q += 7 + size;
   }

@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdio>
+#include <initializer_list>
+#include <iterator>
+#include <unordered_map>
 
 #include "base/ranges.h"
-#include "base/text.h"
 #include "image/content_types.h"
 #include "image/first_fit.h"
 
@@ -90,30 +93,37 @@ void read_panner(ByteView bytes, const LaneSet& lanes, StripRecord& strip) {
   }
 }
 
-// Editions of Pro Tools without trim automation (seen from 2014 to 2020) give a strip two groups, with one pan lane
-// alone in a group for each channel; volume and mute stand free, on a master volume alone. Then the lanes are those of
-// a strip of so many channels, 0 for a master.
-bool lacks_trim(const LaneSet& lanes, std::size_t channels) {
-  if (lanes.grouped || lanes.groups.size() != 2 || lanes.free.size() != (channels == 0 ? 1 : 2)) return false;
-  return lanes.groups[0].size() == (channels > 0 ? 1 : 0) && lanes.groups[1].size() == (channels > 1 ? 1 : 0);
+void read_lanes(ByteView bytes, const std::vector<std::uint64_t>& positions,
+                std::initializer_list<AutomationLane StripRecord::*> roles, StripRecord& strip) {
+  std::size_t i = 0;
+  for (AutomationLane StripRecord::*const role : roles) {
+    if (i < positions.size()) strip.*role = read_lane(bytes, positions[i++]);
+  }
 }
 
-// `pair_without_trim`: four lanes are those of a stereo strip that has no trim.
-void assign_by_place(ByteView bytes, const std::vector<std::uint64_t>& flat, bool pair_without_trim,
-                     StripRecord& strip) {
+void assign_by_place(ByteView bytes, const std::vector<std::uint64_t>& flat, StripRecord& strip) {
+  using S = StripRecord;
   strip.lane_count = static_cast<std::uint32_t>(flat.size());
-  const bool stereo = flat.size() == 5 || pair_without_trim;
-  const std::size_t count = flat.size() > 5 ? 3 : flat.size();  // of six and more only the first three are known
-  AutomationLane StripRecord::*const roles[] = {
-      &StripRecord::volume_lane, &StripRecord::mute_lane, &StripRecord::pan_lane,
-      stereo ? &StripRecord::right_pan_lane : &StripRecord::trim_lane, &StripRecord::trim_lane};
-  for (std::size_t i = 0; i < count; ++i) strip.*roles[i] = read_lane(bytes, flat[i]);
+  strip.is_stereo = flat.size() == 5;
+  if (strip.is_stereo) {
+    read_lanes(bytes, flat, {&S::volume_lane, &S::mute_lane, &S::pan_lane, &S::right_pan_lane, &S::trim_lane}, strip);
+  } else if (flat.size() > 5) {  // of six and more only the first three are known
+    read_lanes(bytes, flat, {&S::volume_lane, &S::mute_lane, &S::pan_lane}, strip);
+  } else {
+    read_lanes(bytes, flat, {&S::volume_lane, &S::mute_lane, &S::pan_lane, &S::trim_lane}, strip);
+  }
 }
 
-StripWidth width_of(std::uint32_t lanes, bool pair_without_trim, bool one_or_master_without_trim) {
-  if (lanes == 5 || pair_without_trim) return StripWidth::kStereo;
-  if (lanes == 2 || lanes == 4 || one_or_master_without_trim) return StripWidth::kMono;
-  return lanes == 0 ? StripWidth::kUntold : StripWidth::kOther;
+// Where no group holds more than one lane, each is a channel's pan; all other lanes stand free. Read by place, a stereo
+// strip without a trim lane (Pro Tools of 2018 to 2021) would be a mono one, hard left.
+void assign_by_groups(ByteView bytes, const LaneSet& lanes, StripRecord& strip) {
+  const std::vector<std::uint64_t> pans = lanes.channel_pans();
+  strip.lane_count = static_cast<std::uint32_t>(lanes.free.size() + pans.size());
+  strip.pan_groups = static_cast<std::uint32_t>(pans.size());
+  strip.is_stereo = pans.size() == 2;
+  read_lanes(bytes, lanes.free, {&StripRecord::volume_lane, &StripRecord::mute_lane, &StripRecord::trim_lane}, strip);
+  read_lanes(bytes, pans, {&StripRecord::pan_lane}, strip);
+  if (strip.is_stereo) strip.right_pan_lane = read_lane(bytes, pans[1]);
 }
 
 // A stereo strip pans its two sides apart unless they rest hard left and hard right.
@@ -135,7 +145,7 @@ void derive_dual_pan(StripRecord& strip) {
 
 void rest_fader(StripRecord& strip) {
   constexpr double kLimit = 60;  // tenths of a dB
-  if (strip.lane_count == 0 || !strip.volume_lane.points.empty()) return;
+  if (!strip.volume_lane.points.empty()) return;
   // A volume lane can rest above what the fader of such a session reaches; its gain is then limited to +6 dB, as the
   // level record says. Seen in sessions of 2014 to 2024.
   if (strip.volume_lane.initial > kLimit && strip.fader_db == kLimit / 10.0) return;
@@ -154,20 +164,15 @@ std::size_t point_count(const StripRecord& strip) {
   return count;
 }
 
-int width_code(const SessionImage& image, std::uint64_t row_start, std::uint64_t row_end, FirstFit& any_block) {
-  if (row_end == 0) return 1;
-  const FlatBlock* first = any_block.find(row_start + kFirstInRow, row_end, row_end - 1);
-  if (!first) return 1;
-  const std::uint8_t wide = image.bytes().u8_or(first->end(), 0);
-  if (wide != 0) return wide > 1 ? 2 : 1;
-  const FlatBlock* mix = image.first_of_type(content::kMixGroup, row_start + 1, row_end);
-  if (!mix || mix->end() > row_end) return 0;
-  const LaneSet lanes = collect_lanes(image, mix->start, mix->end());
-  if (lanes.groups.size() < 2 || lanes.groups[1].empty()) return 0;
-  return initial_of(image.bytes(), lanes.groups[1].front()) != 0 ? 1 : 0;
-}
-
 }  // namespace
+
+std::vector<std::uint64_t> LaneSet::channel_pans() const {
+  std::vector<std::uint64_t> pans;
+  for (const auto& group : groups) {
+    if (!group.empty()) pans.push_back(group.front());
+  }
+  return pans;
+}
 
 AutomationLane read_lane(ByteView image, std::uint64_t position) {
   namespace at = lane_layout;
@@ -211,9 +216,61 @@ LaneSet collect_lanes(const SessionImage& image, std::uint64_t start, std::uint6
   return lanes;
 }
 
-int strip_width_code(const SessionImage& image, std::uint64_t row_start, std::uint64_t row_end) {
-  FirstFit any_block(image);
-  return width_code(image, row_start, row_end, any_block);
+int strip_width_code(const SessionImage& image, std::uint64_t row_start, std::uint64_t row_end, FirstFit& any_block) {
+  if (row_end == 0) return 1;
+  const FlatBlock* first = any_block.find(row_start + kFirstInRow, row_end, row_end - 1);
+  if (!first) return 1;
+  const std::uint8_t wide = image.bytes().u8_or(first->end(), 0);
+  if (wide != 0) return wide > 1 ? 2 : 1;
+  const FlatBlock* mix = image.first_of_type(content::kMixGroup, row_start + 1, row_end);
+  if (!mix || mix->end() > row_end) return 0;
+  const LaneSet lanes = collect_lanes(image, mix->start, mix->end());
+  if (lanes.groups.size() < 2 || lanes.groups[1].empty()) return 0;
+  return initial_of(image.bytes(), lanes.groups[1].front()) != 0 ? 1 : 0;
+}
+
+// Volume and mute stand first, or free. Of the groups of a stereo strip's send, each of which can hold a panner, the
+// first lane is the channel's pan; a second that rests elsewhere than hard left and right makes the send a single one.
+void read_send_lanes(const SessionImage& image, const FlatBlock& mix, const SendRow& row, FirstFit& any_block,
+                     SendRecord& send) {
+  constexpr double kHardLeft = -100, kHardRight = 100;
+  const ByteView bytes = image.bytes();
+  const LaneSet lanes = collect_lanes(image, mix.start, mix.end());
+  const bool by_place = !lanes.grouped && !lanes.pans_by_group();
+  const std::vector<std::uint64_t>& levels = by_place ? lanes.flat : lanes.free;
+  if (!levels.empty()) send.volume_lane = read_lane(bytes, levels[0]);
+  if (levels.size() > 1) send.mute_lane = read_lane(bytes, levels[1]);
+  const auto first_pan = [&](std::uint64_t lane) {
+    send.first_pan_lane = read_lane(bytes, lane);
+    send.left_pan = static_cast<std::int32_t>(send.first_pan_lane.initial);
+    send.pan_count = 1;
+  };
+  const auto second_pan = [&](std::uint64_t lane) {
+    send.second_pan_lane = read_lane(bytes, lane);
+    send.right_pan = static_cast<std::int32_t>(send.second_pan_lane.initial);
+    send.pan_count = 2;
+  };
+  if (!lanes.grouped) {
+    std::vector<std::uint64_t> pans = lanes.channel_pans();
+    if (by_place)
+      pans.assign(lanes.flat.begin() + std::min<std::ptrdiff_t>(2, std::ssize(lanes.flat)), lanes.flat.end());
+    if (!pans.empty()) first_pan(pans[0]);
+    if (pans.size() > 1) second_pan(pans[1]);
+    return;
+  }
+  const auto& groups = lanes.groups;
+  const bool pair = groups.size() > 1;
+  bool default_pair = true;
+  if (pair && groups[0].size() > 1 && groups[1].size() > 1)
+    default_pair = initial_of(bytes, groups[0][1]) == kHardLeft && initial_of(bytes, groups[1][1]) == kHardRight;
+  if (!groups[0].empty()) first_pan(groups[0].front());
+  const int width = strip_width_code(image, row.start, row.end, any_block);
+  if (width == 1 && !default_pair) return;
+  if (width == 1 && pair && !groups[1].empty()) {
+    second_pan(groups[1].front());
+  } else if (send.pan_count == 1 && lanes.free.size() > 2) {
+    send.pan_count = 2;
+  }
 }
 
 void read_strip_lanes(const SessionImage& image, std::vector<StripRecord>& strips) {
@@ -236,29 +293,40 @@ void read_strip_lanes(const SessionImage& image, std::vector<StripRecord>& strip
 
     LaneSet lanes = collect_lanes(image, scope.start, scope.end());
     read_panner(image.bytes(), lanes, strip);
-    const bool is_master = row.content_type == content::kMasterRow;
-    const bool two_without_trim = !is_master && lacks_trim(lanes, 2);
-    const bool one_or_master_without_trim = lacks_trim(lanes, 1) || lacks_trim(lanes, 0);
-    const bool by_width = two_without_trim || (lanes.grouped && !is_master);
-    const int width = by_width ? width_code(image, row.start, row.end(), any_block) : -1;
-    const bool pair_without_trim = two_without_trim && width == 1;
-    assign_by_place(image.bytes(), lanes_by_place(lanes, width), pair_without_trim, strip);
-    strip.width = width_of(strip.lane_count, pair_without_trim, one_or_master_without_trim);
+    bool has_volume = !lanes.flat.empty();
+    if (lanes.pans_by_group()) {
+      has_volume = !lanes.free.empty();
+      assign_by_groups(image.bytes(), lanes, strip);
+    } else {
+      const bool by_width = lanes.grouped && row.content_type != content::kMasterRow;
+      const int width = by_width ? strip_width_code(image, row.start, row.end(), any_block) : -1;
+      assign_by_place(image.bytes(), lanes_by_place(lanes, width), strip);
+    }
     const std::size_t points = point_count(strip);
-    if (strip.is_stereo()) derive_dual_pan(strip);
-    rest_fader(strip);
+    if (strip.is_stereo) derive_dual_pan(strip);
+    if (has_volume) rest_fader(strip);
     if (points > left.points) return;
     left.points -= points;
   }
 }
 
-std::vector<std::string> strips_of_unknown_width(const std::vector<StripRecord>& strips) {
-  std::vector<std::string> names;
+std::vector<UnusualStrip> strips_of_unusual_width(const std::vector<StripRecord>& strips,
+                                                  const std::vector<DisplayRow>& display_rows,
+                                                  const std::map<std::string_view, int>& one_sided) {
+  std::unordered_map<std::string_view, std::uint8_t> widths;
+  for (const DisplayRow& row : display_rows) widths.try_emplace(row.name, row.width);
+  std::vector<UnusualStrip> found;
   for (const StripRecord& strip : strips) {
-    if (!strip.has_mixer_data || strip.width != StripWidth::kOther) continue;
-    names.push_back(std::string(strip.name) + format_text(" (%u control slots)", strip.lane_count));
+    const std::uint32_t lanes = strip.lane_count;
+    if (!strip.has_mixer_data || lanes == 0 || one_sided.contains(strip.name)) continue;
+    bool unusual = lanes != 2 && lanes != 4 && lanes != 5;
+    if (strip.pan_groups) {
+      const auto width = widths.find(strip.name);
+      unusual = *strip.pan_groups > 2 || (width != widths.end() && width->second > 1);
+    }
+    if (unusual) found.push_back({strip.name, lanes});
   }
-  return names;
+  return found;
 }
 
 void dump_lanes(const std::vector<StripRecord>& strips) {

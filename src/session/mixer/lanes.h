@@ -3,10 +3,12 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
+#include <map>
+#include <string_view>
 #include <vector>
 
 #include "image/blocks.h"
+#include "image/first_fit.h"
 #include "session/mixer/mixer_tables.h"
 
 namespace frt {
@@ -20,19 +22,34 @@ struct LaneSet {
   std::vector<std::uint64_t> free;                 // those in no group
   std::vector<std::vector<std::uint64_t>> groups;  // one list for each lane group, in file order
   bool grouped = false;                            // some group holds at least two
+
+  // Groups are there, and none holds more than one lane.
+  bool pans_by_group() const { return !grouped && !groups.empty(); }
+  // The first lane of each group that holds any.
+  std::vector<std::uint64_t> channel_pans() const;
 };
 LaneSet collect_lanes(const SessionImage& image, std::uint64_t start, std::uint64_t end);
 
 // How wide the strip of a row is: 0 one channel, 1 two, 2 more. 1 where the row doesn't tell.
-int strip_width_code(const SessionImage& image, std::uint64_t row_start, std::uint64_t row_end);
+// `any_block` seeks any block of the image.
+int strip_width_code(const SessionImage& image, std::uint64_t row_start, std::uint64_t row_end, FirstFit& any_block);
 
 // Gives each strip with mixer data the lanes of its row: which drives what, whether the strip is stereo, its dual
 // pan, and the resting fader, which the volume lane knows better than the level record.
 void read_strip_lanes(const SessionImage& image, std::vector<StripRecord>& strips);
 
-// "name (3 control slots)" of each strip with mixer data and lanes whose number fits neither a mono nor a stereo strip.
-// A strip without any lane tells nothing of its width and is not among them.
-std::vector<std::string> strips_of_unknown_width(const std::vector<StripRecord>& strips);
+// Gives a send the lanes of its mix, which stands in the row, and its pans.
+struct SendRow {
+  std::uint64_t start = 0, end = 0;
+};
+void read_send_lanes(const SessionImage& image, const FlatBlock& mix, const SendRow& row, FirstFit& any_block,
+                     SendRecord& send);
+
+// The strips with mixer data whose lanes fit neither a mono nor a stereo strip, or which the edit window shows as
+// wider. A strip without any lane tells nothing of its width and is not among them, nor is one of one side.
+std::vector<UnusualStrip> strips_of_unusual_width(const std::vector<StripRecord>& strips,
+                                                  const std::vector<DisplayRow>& display_rows,
+                                                  const std::map<std::string_view, int>& one_sided);
 
 // For FRT_DUMP_LANES: the lanes of each strip that has volume, mute or pan points, on standard error.
 void dump_lanes(const std::vector<StripRecord>& strips);

@@ -1,21 +1,25 @@
 #include "session/mixer/midi_strips.h"
 
 #include <algorithm>
+#include <string>
+#include <utility>
 
 #include "image/content_types.h"
 #include "image/counted_texts.h"
 #include "image/first_fit.h"
+#include "session/mixer/lanes.h"
 
 namespace frt {
 namespace {
 
 // Controller setup, from its mark; negative values are unset
 //   p + 9   i8  fader (controller 7)
+//   p + 13  u32 1 for muted, 0 for not
 //   p + 17  i8  pan (controller 10)
 //   p + 25  i8  program
 namespace setup_layout {
-constexpr std::uint64_t kFader = 9, kPan = 17, kProgram = 25;
-constexpr std::uint32_t kLeastSize = 16, kLeastSizeWithProgram = 18;
+constexpr std::uint64_t kFader = 9, kMuted = 13, kPan = 17, kProgram = 25;
+constexpr std::uint32_t kLeastSizeWithMute = 10, kLeastSize = 16, kLeastSizeWithProgram = 18;
 }  // namespace setup_layout
 
 // Real-Time Properties, from their mark, of a size of at least 153. A child that stands at p + 13 as a rule has a
@@ -87,6 +91,54 @@ std::vector<MidiStripSetup> read_midi_setups(const SessionImage& image, const st
     if (block->size >= at::kLeastSizeWithProgram && value(at::kProgram) >= 0) setups[k].program = value(at::kProgram);
   }
   return setups;
+}
+
+ByName<MidiTrackState> read_midi_track_states(const SessionImage& image, const std::vector<StripRow>& rows) {
+  namespace at = setup_layout;
+  constexpr std::uint32_t kLeastMixSize = 2;
+  std::vector<std::uint64_t> setups;  // those that tell the mute
+  const auto mute_of = [&image](std::uint64_t setup) { return image.bytes().u32_or(setup + at::kMuted, 2); };
+  for (const std::uint32_t i : image.of_type(content::kMidiSetup)) {
+    const FlatBlock& block = image.block(i);
+    if (block.size >= at::kLeastSizeWithMute && mute_of(block.start) <= 1) setups.push_back(block.start);
+  }
+  ByName<MidiTrackState> states;
+  // Rows and mixes of an image made to nest would read the same lanes again and again.
+  std::size_t mixes_left = 4 * image.of_type(content::kMidiMix).size() + 65536;
+  std::size_t points_left = static_cast<std::size_t>(image.size()) / 3 + 65536;
+  for (const StripRow& row : rows) {
+    if (row.kind != StripKind::kMidi) continue;
+    MidiTrackState state;
+    bool told = false;
+    const auto mixes = image.of_type(content::kMidiMix, row.start + 1, row.end);
+    if (mixes.size() > mixes_left) break;
+    mixes_left -= mixes.size();
+    for (const std::uint32_t i : mixes) {
+      const FlatBlock& mix = image.block(i);
+      if (mix.size < kLeastMixSize) continue;
+      const auto setup = std::upper_bound(setups.begin(), setups.end(), mix.start);
+      if (!told && setup != setups.end() && *setup < mix.end()) {
+        told = true;
+        state.muted = mute_of(*setup) == 1;
+      }
+      const auto lanes = image.of_type(content::kLane, mix.start + 1, mix.end());
+      if (lanes.size() != 1) continue;
+      AutomationLane lane = read_lane(image.bytes(), image.block(lanes[0]).start);
+      if (lane.points.size() > points_left) return states;
+      points_left -= lane.points.size();
+      const auto is_switch = [](double value) { return value == 0 || value == 1; };
+      if (is_switch(lane.initial) && std::all_of(lane.points.begin(), lane.points.end(),
+                                                 [&](const auto& point) { return is_switch(point.second); })) {
+        state.mute_lane = std::move(lane);
+        state.has_mute_lane = true;
+      } else if (lane.moves()) {
+        state.other_lanes = true;
+      }
+    }
+    if (!row.label().empty() && (told || state.has_mute_lane || state.other_lanes))
+      states.insert_or_assign(std::string(row.label()), std::move(state));
+  }
+  return states;
 }
 
 std::vector<RealTimeProperties> read_realtime_properties(const SessionImage& image, const std::vector<StripRow>& rows) {

@@ -11,6 +11,7 @@
 #include "session/mixer/name_table.h"
 #include "session/mixer/playlist_owners.h"
 #include "session/mixer/strip_records.h"
+#include "session/mixer/track_routing.h"
 #include "session/mixer/track_rows.h"
 #include "session/mixer/wrappers.h"
 
@@ -42,7 +43,13 @@ Mixer read_mixer(const SessionImage& image, const std::vector<Block>& roots,
   mixer.track_rows = read_track_rows(image, mixer.rows, display_rows);
   mixer.midi_setups = read_midi_setups(image, mixer.rows);
   mixer.midi_properties = read_realtime_properties(image, mixer.rows);
+  mixer.midi_states = read_midi_track_states(image, mixer.rows);
   mixer.key_buses = read_key_buses(image);
+  mixer.routes = find_routes(image);
+  mixer.routing = read_track_routing(image, mixer.rows, mixer.strips, mixer.routes);
+  mixer.leg_routes = find_leg_routes(image, mixer.routes, mixer.routing);
+  mixer.one_sided = find_one_sided(mixer.routes, mixer.routing);
+  mixer.unusual_strips = strips_of_unusual_width(mixer.strips, display_rows, mixer.one_sided);
   return mixer;
 }
 

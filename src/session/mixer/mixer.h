@@ -37,6 +37,7 @@ struct Mixer {
   std::vector<LegRoute> leg_routes;   // in the order of their routes
   // By display name: the track plays to one channel of a stereo output, -1 the left or 1 the right.
   std::map<std::string_view, int> one_sided;
+  std::vector<UnusualStrip> unusual_strips;  // in table order
   StripInserts inserts;
   ByName<MidiTrackState> midi_states;  // by the row's current name, or its original one
 

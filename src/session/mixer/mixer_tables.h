@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -52,11 +53,12 @@ struct SendRecord {
 struct Route {
   static constexpr std::uint8_t kBus = 2;
   static constexpr std::uint8_t kLegs = 6;  // carries an extra output pair of a source track
+  static constexpr std::size_t kMostChannels = 16;
 
   std::uint32_t id0 = 0, id1 = 0;
   std::uint8_t kind = 0;
   std::string_view name;
-  std::vector<std::uint16_t> channels;  // at most 16
+  std::vector<std::uint16_t> channels;  // at most kMostChannels
 
   bool operator==(const Route&) const = default;
 };
@@ -82,9 +84,6 @@ struct LegRoute {
   std::uint16_t first_channel = 0;     // at least 1: channels 1 and 2 leave the source's second pair, 3 and 4 its third
 };
 
-// What a strip's number of lanes says of its width.
-enum class StripWidth : std::uint8_t { kUntold, kMono, kStereo, kOther };
-
 // One strip of the session's track table, by index.
 struct StripRecord {
   std::string_view name;
@@ -97,7 +96,9 @@ struct StripRecord {
   std::uint64_t record_position = 0;  // of the level record's value, 0 if none
   // Filled from the strip's automation lanes. Volume and trim count tenths of a dB, mute 1 for muted, pan -100 to 100.
   std::uint32_t lane_count = 0;
-  StripWidth width = StripWidth::kUntold;
+  // How many groups hold a pan lane, where these tell the strip's width; else lane_count tells it.
+  std::optional<std::uint32_t> pan_groups;
+  bool is_stereo = false;
   std::int32_t dual_pan = 0;  // 0: a stereo strip's sides rest hard left and right; else they are panned apart
   AutomationLane volume_lane, mute_lane, pan_lane, trim_lane, right_pan_lane, dual_left_lane;
   bool has_panner_level = false;
@@ -105,8 +106,13 @@ struct StripRecord {
   // A surround panner's lanes, one list a side: 7 lanes or none.
   std::vector<AutomationLane> panner_lanes[2];
 
-  bool is_stereo() const { return width == StripWidth::kStereo; }
   bool dual_pan_moves() const { return dual_pan != 0 && (dual_left_lane.moves() || right_pan_lane.moves()); }
+};
+
+// A strip that is neither mono nor stereo: read as mono, and no single pan of its means what a mono strip's does.
+struct UnusualStrip {
+  std::string_view name;
+  std::uint32_t lane_count = 0;
 };
 
 enum class AutomationMode : std::int8_t { kUntold = -1, kOff, kRead, kTouch, kLatch, kWrite, kTouchLatch };

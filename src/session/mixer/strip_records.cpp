@@ -10,21 +10,10 @@
 #include "image/bus_finder.h"
 #include "image/content_types.h"
 #include "image/counted_texts.h"
+#include "session/mixer/level_record.h"
 
 namespace frt {
 namespace {
-
-// Level record of a strip or a send, from its mark, of a size of at least 157
-//   p + 9   u8   0 or 1
-//   p + 10  i32  fader, tenths of dB, -1450 to 125; this position is the record's
-//   p + 14  u32  1 for muted
-//   p + 22  i32  pan, -100 to 100
-//   p + 50  i32  second pan, the right one of a stereo strip
-namespace level_layout {
-constexpr std::uint64_t kFlag = 9, kFader = 10, kMuted = 14, kPan = 22, kSecondPan = 50;
-constexpr std::uint32_t kLeastSize = 157;
-constexpr std::int32_t kLowest = -1450, kHighest = 125;
-}  // namespace level_layout
 
 // Records of one strip that stand this close behind each other belong together: the strip's own, then its sends.
 constexpr std::uint64_t kGroupGap = 2700;
@@ -34,14 +23,6 @@ struct Level {
   std::size_t strip = 0;
   std::int32_t fader = 0;
 };
-
-std::optional<std::int32_t> level_of(ByteView bytes, const FlatBlock& block) {
-  namespace at = level_layout;
-  if (block.size < at::kLeastSize || bytes.u8_or(block.start + at::kFlag, 255) > 1) return std::nullopt;
-  const auto fader = bytes.i32(block.start + at::kFader);
-  if (!fader || *fader < at::kLowest || *fader > at::kHighest) return std::nullopt;
-  return fader;
-}
 
 // The record opens a mix group that holds no slot behind it: not a strip's own level as a rule, but a further copy.
 bool is_plain(const SessionImage& image, const FlatBlock& record) {
@@ -98,7 +79,7 @@ std::vector<Level> read_levels(const SessionImage& image, const std::vector<std:
   std::vector<Level> levels;
   for (const std::uint32_t i : image.of_type(content::kLevelRecord)) {
     const FlatBlock& block = image.block(i);
-    const auto fader = level_of(image.bytes(), block);
+    const auto fader = read_level(image.bytes(), block);
     if (!fader) continue;
     const std::uint64_t at = block.start + level_layout::kFader;
     auto strip = row_of.holding(at);
