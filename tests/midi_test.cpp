@@ -11,6 +11,7 @@
 #include "model/midi/midi_events.h"
 #include "model/midi/midi_tracks.h"
 #include "support/block_writer.h"
+#include "support/convert.h"
 
 namespace frt {
 namespace {
@@ -247,6 +248,14 @@ TEST(MidiOverlaps, GoByNeighboursWithNotesAndTheNearestEntry) {
   scene.midi.placements[0].start = 5400;
   EXPECT_EQ(scene.items(), "5400+9000, 3000+2400, 1000+9000, 500+5000, 700+5000");
   EXPECT_EQ(scene.made.counts.later_clips, 0);
+}
+
+TEST(MidiOverlaps, AreThoseOfTheSessionsPlaylists) {
+  test::SessionBuilder s;
+  test::Track& keys = s.midi_track("Keys");
+  keys.midi_clip("below", test::kQuarter, 4 * test::kQuarter, {{0, 960}});
+  keys.midi_clip("above", 2 * test::kQuarter, 9, {{0, 960}});
+  EXPECT_TRUE(contains(test::convert(s).console, "  1 MIDI clip(s) cut where"));
 }
 
 TEST(MidiItems, TakeTheirLastColorAndLock) {

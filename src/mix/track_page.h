@@ -86,7 +86,7 @@ struct TrackCounts {
   int comment_items = 0;
 };
 
-// ---- tables of passes that are yet to come: empty, as they are until then, each leaves its values at rest ----
+// ---- tables of other passes; those of passes yet to come are empty, each leaves its values at rest ----
 
 using Names = std::set<std::string, std::less<>>;
 
@@ -129,7 +129,7 @@ struct MixTables {
   TrackRoutes routes;
   FolderTable folders;
   ByName<SurroundPanner> surround_panners;  // by track key
-  Names sample_based_midi;
+  Names sample_based_midi;                  // MIDI tracks whose clips stand in samples
 };
 
 // ---- the pages ----
