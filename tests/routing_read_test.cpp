@@ -171,10 +171,7 @@ TEST(SendLanes, GroupsTellVolumeMuteAndPans) {
       // A panner a group.
       {0, {1, 1}, {{10, 11}, {20, 21}}, " pans=1 left=10 | volume 1 | mute 1 | pan 10"},
       {0, {1, 1, 9}, {{10, 11}, {20, 21}}, " pans=2 left=10 | volume 1 | mute 1 | pan 10"},
-      {1,
-       {1, 1, 9},
-       {{10, -100}, {20, 100}},
-       " pans=2 left=10 right=20 | volume 1 | mute 1 | pan 10 | second pan 20"},
+      {1, {1, 1, 9}, {{10, -100}, {20, 100}}, " pans=2 left=10 right=20 | volume 1 | mute 1 | pan 10 | second pan 20"},
       {1, {1, 1, 9}, {{10, -100}, {20, 99}}, " pans=1 left=10 | volume 1 | mute 1 | pan 10"},
       {1, {1}, {{10, 11}, {20}}, " pans=2 left=10 right=20 | volume 1 | pan 10 | second pan 20"},
       {1, {1, 1, 9}, {{10, 11}}, " pans=2 left=10 | volume 1 | mute 1 | pan 10"},
@@ -242,6 +239,36 @@ TEST(OneSidedOutputs, OneChannelOfAPairIsASide) {
   row("too great a number", "Out / 18446744073709551617");
   row("nothing behind", "Out / ");
   EXPECT_EQ(tables_of(w).rows("one-sided outputs"), "\"by its number\" right\n\"left\" left\n\"right\" right");
+}
+
+// The same mixer comes out of every layout of its lanes; panners say nothing of a trim.
+TEST(Routing, EveryLayoutOfLanesTellsTheSameMixer) {
+  for (const auto layout :
+       {test::LaneLayout::kPanGroups, test::LaneLayout::kPanGroupsNoTrim, test::LaneLayout::kPanners}) {
+    test::SessionBuilder s;
+    s.layout.lanes = layout;
+    s.layout.row_names = false;
+    s.bus("Verb", {3, 4});
+    s.io_path(test::PathKind::kOutput, "Out / 1-2", {1, 2}).io_path(test::PathKind::kLegs, "Pair", {1});
+    s.track("Vox").fader_db(-3).pan(20).send(test::Send("Verb", -6).pre_fader().pan(-40)).output("Out / 2");
+    s.stereo_track("Gtr").send(test::Send("Verb", 0).pan(-90, 80).mute_points({{0, 1}})).no_output();
+    s.aux("Reverb").pan(-100, 50).input_bus("Verb").takes_legs_of("Pair");
+    s.aux("Source").input_bus("Pair");
+    const test::Tables tables = tables_of(s);
+    // A mono strip's panner has a level, which makes its send one of two pans.
+    const std::string pans = layout == test::LaneLayout::kPanners ? "2" : "1";
+    EXPECT_EQ(tables.rows("routing"),
+              "0: \"Vox\" output=\"Out / 2\" | send \"Verb\" -6 dB pans=" + pans + R"( left=-40 | volume -60 | pan -40
+1: "Gtr" no-output | send "Verb" 0 dB post pans=2 left=-90 right=80 | mute 0 0/1 | pan -90 | second pan 80
+2: "Reverb" output="Output 1-2" input="Verb" kind=2 ids=5000000/e1d2c3b4
+3: "Source" output="Output 1-2" input="Pair" kind=6 ids=5000002/e1d2c3b4)");
+    EXPECT_EQ(tables.rows("leg routes"), "0: row 3 to row 2 channel 1");
+    EXPECT_EQ(tables.rows("one-sided outputs"), "\"Vox\" right");
+    EXPECT_EQ(tables.count("strips", " stereo"), 3U);
+    EXPECT_EQ(tables.count("strips", "| pan 20"), 1U);
+    EXPECT_EQ(tables.count("strips", "right pan 50"), 1U);
+    EXPECT_EQ(tables.rows("unusual strips"), "");
+  }
 }
 
 TEST(MidiStates, MuteAndItsLaneComeFromTheRow) {

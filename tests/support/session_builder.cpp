@@ -28,7 +28,7 @@ constexpr std::uint16_t kAudioRow = 0x261b, kAudioWrapper = 0x261c, kMasterRow =
                         kVcaRow = 0x261f, kMidiRow = 0x2620, kInstrumentRow = 0x2621, kVideoRow = 0x2623;
 constexpr std::uint32_t kIdMark = 42;  // stands before every 8-byte id
 
-enum IdKind : std::uint64_t { kTrackId = 1, kPlaylistId, kClipId, kOutputId };
+enum IdKind : std::uint64_t { kTrackId = 1, kPlaylistId, kClipId, kOutputId, kPathId };
 std::uint64_t id_of(IdKind kind, std::size_t number) { return 0xE1D2C3B400000000 | (kind << 24) | number; }
 
 BlockWriter& marked_id(BlockWriter& w, IdKind kind, std::size_t number) {
@@ -249,6 +249,7 @@ std::vector<std::uint8_t> SessionBuilder::image() const {
   write_head(w);
   write_track_table(w);
   write_settings(w);
+  write_io_setup(w);
   write_files(w);
   write_timecode(w);
   write_gain(w, tables);
@@ -568,13 +569,67 @@ void SessionBuilder::write_rows(BlockWriter& w, const Tables& tables) const {
   w.close();
 }
 
+std::pair<int, int> SessionBuilder::pans_of(const Track& track, const Send* send) {
+  if (!send) return {track.left_pan, track.right_pan};
+  if (send->panned) return {send->left_pan, send->right_pan};
+  return track.channels < 2 ? std::pair(0, 0) : std::pair(-100, 100);
+}
+
+// The lanes of a strip, or of one of its sends: volume, mute, a group a channel, trim.
+void SessionBuilder::write_lanes(BlockWriter& w, const Track& track, const Send* send) const {
+  const bool ticks = track.in_ticks, panners = track.channels > 2 || layout.lanes == LaneLayout::kPanners;
+  const Automation none;
+  const auto pan = [&](unsigned side) {
+    const auto [left, right] = pans_of(track, send);
+    const Automation& moves = side == 0 ? (send ? send->pans : track.pans) : send ? send->right_pans : track.right_pans;
+    write_lane(w, side == 0 ? left : right, moves, Unit::kWhole, ticks);
+  };
+  const auto trim = [&] { write_lane(w, 0, send ? none : track.trim, Unit::kTenths, ticks); };
+  write_lane(w, tenths(send ? send->db : track.fader), send ? send->level : track.volume, Unit::kTenths, ticks);
+  write_lane(w, !send && track.is_muted, send ? send->mutes : track.mutes, Unit::kWhole, ticks);
+  if (layout.lanes == LaneLayout::kPlain) {
+    for (unsigned side = 0; side < std::min(track.channels, 2U); ++side) pan(side);
+  } else {
+    for (unsigned side = 0; side < 2; ++side) {
+      w.open(0x260c, 2);
+      if (panners || side < track.channels) pan(side);
+      // The rest of a panner; its second lane lies hard on its own side.
+      for (unsigned i = 1; panners && i < 7; ++i) write_lane(w, i > 1 ? 0 : side == 0 ? -100 : 100);
+      w.zeros(13).close();
+    }
+  }
+  if (layout.lanes == LaneLayout::kPanners) write_lane(w, 0);
+  if (!send && layout.lanes != LaneLayout::kPanGroupsNoTrim) trim();
+}
+
+void SessionBuilder::write_io_setup(BlockWriter& w) const {
+  if (paths_.empty()) return;
+  w.open(0x1022, 2).u32(static_cast<std::uint32_t>(paths_.size()));
+  for (std::size_t i = 0; i < paths_.size(); ++i) {
+    const IoPath& path = paths_[i];
+    const auto count = static_cast<std::uint32_t>(path.channels.size());
+    w.open(0x1021, 12).u8(static_cast<unsigned>(path.kind)).u8(count - 1).text(path.name).u32(count);
+    for (const unsigned channel : path.channels) w.u16(channel);
+    w.u16(0xffff).u8(1).zeros(4);
+    marked_id(w, kPathId, i).zeros(3).u16(0xffff).u8(0).text(path.name).zeros(10).close();
+  }
+  w.close();
+}
+
+std::size_t SessionBuilder::path_number(const std::string& name) const {
+  for (std::size_t i = 0; i < paths_.size(); ++i) {
+    if (paths_[i].name == name) return i;
+  }
+  throw std::invalid_argument("no path " + name);
+}
+
 // One strip: its name with solo and automation behind it, its inserts, its level record with the lanes, and what the
 // edit window knows of it.
 void SessionBuilder::write_row(BlockWriter& w, const Tables& tables, std::size_t index) const {
   const Track& track = tracks_[index];
 
   const auto name_block = [&] {
-    w.open(0x2619, 9).text(track.row_name).zeros(7);
+    w.open(0x2619, 9).text(layout.row_names ? track.row_name : "").zeros(7);
     marked_id(w, kTrackId, index).zeros(4).close();
   };
   const auto strip = [&](bool has_levels) {
@@ -588,36 +643,28 @@ void SessionBuilder::write_row(BlockWriter& w, const Tables& tables, std::size_t
     }
     w.close();
     if (!has_levels) return;
-    const auto level = [&](double db, bool muted, int pan, int right_pan, const std::string& output) {
-      w.open(0x260d, 5).open(0x1029, 13).u8(1).i32(tenths(db)).u32(muted).u32(0);
+    const auto level = [&](double db, bool post, bool muted, const Send* send, const std::string* output) {
+      const auto [pan, right_pan] = pans_of(track, send);
+      w.open(0x260d, 5).open(0x1029, 13).u8(post).i32(tenths(db)).u32(muted).u32(0);
       w.i32(pan).zeros(24).i32(right_pan).zeros(234).close().u16(1);
+      if (!output) return;
       w.open(0x260e, 4).u16(1).u8(1).u8(1).zeros(4);
-      marked_id(w, kOutputId, 2).zeros(16).text(output).u8(1).u8(1).fill(8, 0xff).close();
+      marked_id(w, kOutputId, 2).zeros(16).text(*output).u8(1).u8(1).fill(8, 0xff).close();
     };
-    level(track.fader, track.is_muted, track.left_pan, track.right_pan, "Output 1-2");
-    write_lane(w, tenths(track.fader), track.volume, Unit::kTenths, track.in_ticks);
-    write_lane(w, track.is_muted, track.mutes, Unit::kWhole, track.in_ticks);
-    for (unsigned side = 0; side < 2; ++side) {
-      w.open(0x260c, 2);
-      // Wider strips have a panner on either side, of seven lanes each.
-      const unsigned lanes = track.channels > 2 ? 7 : side == 0 || track.channels == 2;
-      const Automation &points = side == 0 ? track.pans : track.right_pans, none;
-      for (unsigned i = 0; i < lanes; ++i) {
-        write_lane(w,
-                   i > 0       ? 0
-                   : side == 0 ? track.left_pan
-                               : track.right_pan,
-                   i > 0 ? none : points, Unit::kWhole, track.in_ticks);
-      }
-      w.zeros(13).close();
-    }
-    write_lane(w, 0, track.trim, Unit::kTenths, track.in_ticks);
+    level(track.fader, true, track.is_muted, nullptr, track.has_output ? &track.output_path : nullptr);
+    write_lanes(w, track, nullptr);
     w.close();
     for (const Send& send : track.sends) {
-      level(send.db, false, -100, 100, send.bus);
+      level(send.db, send.post, false, &send, &send.bus);
       w.text(send.bus + ".L").text(send.bus + ".R");
-      write_lane(w, tenths(send.db), send.level, Unit::kTenths, track.in_ticks);
+      write_lanes(w, track, &send);
       w.close();
+    }
+    if (!track.leg_path.empty()) marked_id(w, kPathId, path_number(track.leg_path));
+    if (!track.input_path.empty()) {
+      const std::size_t number = path_number(track.input_path);
+      w.text(track.input_path).u32(0);
+      marked_id(w, kPathId, number).u8(0).u8(static_cast<unsigned>(paths_[number].kind)).zeros(5);
     }
   };
   // Who belongs to it, in the edit window: visibility, height, comment, place.
@@ -678,8 +725,14 @@ void SessionBuilder::write_row(BlockWriter& w, const Tables& tables, std::size_t
       strip(track.kind == TrackKind::kInstrument);
       track_data(0x2010);
       w.open(0x2611).open(0x2036, 4).u32(100).u32(track.is_muted).u32(64).u32(0).u8(0x80).zeros(17).close();
-      write_lane(w, track.is_muted);
-      w.close().close();
+      write_lane(w, track.is_muted, track.mutes, Unit::kWhole, track.in_ticks);
+      w.close();
+      if (track.kind == TrackKind::kMidi && !track.volume.empty()) {
+        w.open(0x2611);
+        write_lane(w, 100, track.volume, Unit::kWhole, track.in_ticks);
+        w.close();
+      }
+      w.close();
       break;
     case TrackKind::kVideo:
       w.open(kVideoRow);

@@ -109,7 +109,27 @@ using Automation = std::vector<std::pair<std::uint32_t, double>>;
 struct Send {
   std::string bus;
   double db = 0;
-  Automation level;
+  Automation level, mutes, pans, right_pans;
+  int left_pan = 0, right_pan = 0;  // of a mono track's send the left one only
+  bool panned = false;              // else in the middle, or hard left and right
+  bool post = true;
+
+  Send(std::string its_bus, double its_db, Automation its_level = {})
+      : bus(std::move(its_bus)), db(its_db), level(std::move(its_level)) {}
+  Send& pre_fader() { return post = false, *this; }
+  Send& pan(int left, int right = 0) { return left_pan = left, right_pan = right, panned = true, *this; }
+  Send& mute_points(Automation points) { return mutes = std::move(points), *this; }
+  Send& pan_points(Automation points) { return pans = std::move(points), *this; }
+  Send& right_pan_points(Automation points) { return right_pans = std::move(points), *this; }
+};
+
+// What a path of the I/O setup leads to. A leg route carries an extra pair of its source's channels.
+enum class PathKind { kInput, kOutput, kBus, kInsert, kLegs = 6 };
+
+struct IoPath {
+  std::string name;
+  PathKind kind = PathKind::kBus;
+  std::vector<unsigned> channels;
 };
 
 struct Track {
@@ -125,6 +145,8 @@ struct Track {
   std::string comment_text;
   Automation volume, mutes, pans, right_pans, trim;
   std::vector<Send> sends;
+  std::string output_path = "Output 1-2", input_path, leg_path;
+  bool has_output = true;
   std::vector<std::uint8_t> plugin_state_;
   std::deque<Playlist> playlists;  // the first is the one that plays
   std::deque<MidiClip> midi_clips;
@@ -149,8 +171,15 @@ struct Track {
   Track& trim_points(Automation points) { return trim = std::move(points), *this; }
   // Into a stereo bus of that name.
   Track& send(std::string bus, double db, Automation level = {}) {
-    return sends.push_back({std::move(bus), db, std::move(level)}), *this;
+    return send({std::move(bus), db, std::move(level)});
   }
+  Track& send(Send send) { return sends.push_back(std::move(send)), *this; }
+  // By the text of the path, which needs no path of that name.
+  Track& output(std::string path) { return output_path = std::move(path), *this; }
+  Track& no_output() { return has_output = false, *this; }
+  // A path of the session: what the track takes in; where the leg route leads to that its source takes in.
+  Track& input_bus(std::string path) { return input_path = std::move(path), *this; }
+  Track& takes_legs_of(std::string path) { return leg_path = std::move(path), *this; }
   // Bytes of a plug-in's state, opaque; they make a session as heavy as real ones are.
   Track& plugin_state(std::vector<std::uint8_t> bytes) { return plugin_state_ = std::move(bytes), *this; }
 
@@ -171,6 +200,14 @@ struct Location {
   Location& ticks() { return in_samples = false, *this; }
 };
 
+// How the lanes of strips and sends stand.
+enum class LaneLayout {
+  kPanGroups,        // a group for each channel's pan; wider strips have a panner of seven lanes in each group
+  kPanGroupsNoTrim,  // the same without a trim lane
+  kPanners,          // a panner in each group, whatever the strip's width
+  kPlain,            // no groups: their place alone tells what they drive
+};
+
 // What differs between sessions of different years. The defaults make the common layout of recent ones.
 struct Layout {
   bool playlist_names = true;     // else the playlists of the track list have none, and go by their number
@@ -183,8 +220,10 @@ struct Layout {
   bool tempo_signature = true;    // the first tempo record bears the fixed bytes
   bool extended_timecode = true;  // the timecode block holds the second, longer record
   bool saved_by_at_end = true;    // who saved it stands in a block of its own, else in the first block
-  unsigned row_entry = 62;        // size of a track table entry beside its name: 72, 65, 63, 62, 61 or 31
-  unsigned row_entry_end = 51;    // the word at the end of an entry of 72: a track colour, or 0 for inactive
+  LaneLayout lanes = LaneLayout::kPanGroups;
+  bool row_names = true;        // a strip's row bears its name, else the track table alone names it
+  unsigned row_entry = 62;      // size of a track table entry beside its name: 72, 65, 63, 62, 61 or 31
+  unsigned row_entry_end = 51;  // the word at the end of an entry of 72: a track colour, or 0 for inactive
 };
 
 class SessionBuilder {
@@ -229,6 +268,14 @@ class SessionBuilder {
   Track& midi_track(std::string name) { return add(TrackKind::kMidi, std::move(name), 1); }
   Track& instrument(std::string name) { return add(TrackKind::kInstrument, std::move(name), 2).pan(-100, 100); }
 
+  // A path of the I/O setup; "Out / 1-2" names the two channels of an output.
+  SessionBuilder& io_path(PathKind kind, std::string name, std::vector<unsigned> channels) {
+    return paths_.push_back({std::move(name), kind, std::move(channels)}), *this;
+  }
+  SessionBuilder& bus(std::string name, std::vector<unsigned> channels) {
+    return io_path(PathKind::kBus, std::move(name), std::move(channels));
+  }
+
   Location& marker(std::string name, std::uint64_t at);
   Location& region(std::string name, std::uint64_t start, std::uint64_t end);
 
@@ -270,6 +317,10 @@ class SessionBuilder {
   void write_tempo_and_meter(BlockWriter& w) const;
   void write_rows(BlockWriter& w, const Tables& tables) const;
   void write_row(BlockWriter& w, const Tables& tables, std::size_t index) const;
+  static std::pair<int, int> pans_of(const Track& track, const Send* send);
+  void write_lanes(BlockWriter& w, const Track& track, const Send* send) const;
+  void write_io_setup(BlockWriter& w) const;
+  std::size_t path_number(const std::string& name) const;
   void write_grid(BlockWriter& w) const;
   void write_locations(BlockWriter& w) const;
   void write_saved_by(BlockWriter& w) const;
@@ -291,6 +342,7 @@ class SessionBuilder {
   std::size_t first_of_second_list_ = SIZE_MAX;
   std::deque<Track> tracks_;
   std::deque<Location> locations_;
+  std::vector<IoPath> paths_;
   std::vector<std::pair<std::uint16_t, std::vector<std::uint8_t>>> payloads_;
 };
 
