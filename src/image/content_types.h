@@ -41,11 +41,16 @@
   X(kTrackData, 0x2015, "a track's visibility, height, position and comment")        \
   X(kTempoMap, 0x2028, "the tempo map")                                              \
   X(kMeterMap, 0x2029, "the meter map")                                              \
+  X(kMidiDevices, 0x2004, "the MIDI device list")                                    \
+  X(kMidiDevice, 0x2005, "one MIDI device")                                          \
+  X(kMidiDeviceName, 0x2006, "a MIDI device's name")                                 \
   X(kMidiSetup, 0x2036, "fader, pan and program of a MIDI strip")                    \
   X(kTimecode, 0x204d, "timecode rate and session start")                            \
   X(kGrid, 0x2066, "grid and nudge")                                                 \
   X(kSessionFacts, 0x2067, "version, the session's own place on disc")               \
   X(kMemoryLocation, 0x2077, "one memory location")                                  \
+  X(kPluginNode, 0x2097, "inside a MIDI device that is a plug-in")                   \
+  X(kColorCoding, 0x20a2, "colour coding of tracks and clips")                       \
   X(kClipLoop, 0x242b, "a clip's loop, inside its entry")                            \
   X(kDisplayPosition, 0x2434, "inside track data, before the position")              \
   X(kRealTimeProperties, 0x2502, "MIDI real-time properties of a strip")             \

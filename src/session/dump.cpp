@@ -93,6 +93,9 @@ void dump_headers(Dump& out, const Session& session) {
   };
   if (s.grid.nudge_read) out.row("nudge " + step(s.grid.nudge));
   if (s.grid.grid_read) out.row("grid " + step(s.grid.grid));
+  if (s.color_coding.tracks >= 0)
+    out.row("color coding" + Dump::field("tracks", s.color_coding.tracks, -1) +
+            Dump::field("clips", s.color_coding.clips, -1));
 }
 
 std::string clip_row(const ClipRecord& c) {
@@ -327,6 +330,11 @@ void dump_mixer(Dump& out, const Mixer& mixer) {
             Dump::flag("other-lanes", state.other_lanes));
     dump_lane(out, "mute", state.mute_lane);
   }
+  table_of(out, "midi devices", mixer.midi_devices, [](const MidiDevice& device) {
+    return " " + quoted(device.name) + Dump::flag("plug-in", device.is_plugin_node);
+  });
+  table_of(out, "midi played elsewhere", mixer.midi_elsewhere,
+           [](const MidiElsewhere& one) { return " " + quoted(one.track) + " on " + quoted(one.instrument); });
   if (!mixer.key_buses.empty()) out.table("key buses");
   for (const auto& [id, name] : mixer.key_buses) out.row(std::to_string(id) + " " + quoted(name));
 }

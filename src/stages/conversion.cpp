@@ -22,6 +22,7 @@
 #include "session/mixer/lanes.h"
 #include "session/session.h"
 #include "stages/intake.h"
+#include "stages/midi_statistics.h"
 #include "stages/session_list.h"
 #include "stages/writing.h"
 
@@ -75,6 +76,7 @@ class Conversion {
                          ptf_.audio_file_facts()};
     session_ = read_session(*image_, file, {.tempo_override = options_.tempo_override});
     report_damage(session_.damage, options_.check_only);
+    if (options_.dump_cc) print_midi_statistics(session_.midi.streams);
     if (options_.list_only) print_session_list(session_);
     if (options_.dump_tables) print_long_text(dump(session_));
     if (!options_.list_only && std::getenv("FRT_DUMP_LANES")) dump_lanes(session_.mixer.strips);

@@ -66,7 +66,7 @@ MidiSource read_midi_source(const SessionImage& image, const std::vector<Block>&
   source.chunks = read_note_chunks(image.bytes(), roots);
   source.clips = read_midi_clips(image.bytes(), roots, source.chunks);
   source.placements = read_midi_placements(image, roots, source.clips, clock.tempo.has_song_start());
-  source.streams = read_midi_chunks(image, source.chunks.size(), skips);
+  source.streams = read_midi_chunks(image, skips);
   source.playlists = read_midi_playlists(image, skips);
   return source;
 }

@@ -136,11 +136,13 @@ MidiControllerEvent MidiControllerStream::operator[](std::uint32_t i) const {
   return {*events_.u40(e), *events_.i32(e + at::kValue)};
 }
 
-std::vector<MidiChunk> read_midi_chunks(const SessionImage& session, std::size_t most, Skips& skips) {
+std::vector<MidiChunk> read_midi_chunks(const SessionImage& session, Skips& skips) {
   namespace sysex = sysex_layout;
   namespace controllers = controllers_layout;
   const ByteView image = session.bytes();
   std::vector<MidiChunk> chunks;
+  // Marks of notes on marks of notes would cost more memory than the session.
+  const std::uint64_t most = image.size() / notes_layout::kLast;
   bool full = false;
   Room room{image.size() / sysex::kPayload, image.size() / controllers::kEventSize};
   const auto is_mark = [](ScanWindow<1> bytes, std::size_t i) {

@@ -1,7 +1,6 @@
 // Controllers, pitch bend, aftertouch and SysEx of the session's MIDI clips.
 #pragma once
 
-#include <cstddef>
 #include <vector>
 
 #include "image/blocks.h"
@@ -10,8 +9,8 @@
 
 namespace frt {
 
-// What the MIDI data holds beside its notes, one record per run of notes in file order, at most `most` of them. A
-// section of a bad shape gives nothing and is left out.
-std::vector<MidiChunk> read_midi_chunks(const SessionImage& image, std::size_t most, Skips& skips);
+// What the MIDI data holds beside its notes, one record per run of notes in file order. A section of a bad
+// shape gives nothing and is left out.
+std::vector<MidiChunk> read_midi_chunks(const SessionImage& image, Skips& skips);
 
 }  // namespace frt

@@ -313,10 +313,35 @@ GridSettings read_grid(const SessionImage& image) {
   return settings;
 }
 
+// Colour coding, from the block's mark. A block of its own at + 9 may stand in front of the codes.
+//   e      u8  of tracks; e behind the block at + 9, else at + 36
+//   e + 2  u8  of clips
+namespace coding_layout {
+constexpr std::uint64_t kInner = 9, kUsual = 0x24, kClips = 2;
+constexpr std::uint32_t kLeastSize = 0x1e, kLeastSizeWithClips = 0x20;
+}  // namespace coding_layout
+
+ColorCoding read_color_coding(const SessionImage& image) {
+  namespace at = coding_layout;
+  ColorCoding coding;
+  for (const std::uint32_t i : image.of_type(content::kColorCoding)) {
+    const FlatBlock& block = image.block(i);
+    if (block.size < at::kLeastSize) continue;
+    const FlatBlock* inner = image.at(block.start + at::kInner);
+    const std::uint64_t e = inner && inner->end() + at::kClips < block.end() ? inner->end() : block.start + at::kUsual;
+    if (coding.tracks < 0) coding.tracks = image.bytes().u8_or(e, 0);
+    if (block.size < at::kLeastSizeWithClips) continue;
+    coding.clips = image.bytes().u8_or(e + at::kClips, 0);
+    break;
+  }
+  return coding;
+}
+
 }  // namespace
 
 SessionSettings read_session_settings(const SessionImage& image) {
-  return {read_timecode(image), read_recording(image), read_pan_depth(image), read_grid(image)};
+  return {read_timecode(image), read_recording(image), read_pan_depth(image), read_grid(image),
+          read_color_coding(image)};
 }
 
 double quarters_of(const MusicalStep& step, std::uint32_t numerator, std::uint32_t denominator) {

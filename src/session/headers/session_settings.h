@@ -58,14 +58,24 @@ struct GridSettings {
   MusicalStep grid;
 };
 
+// By what Pro Tools colours tracks and clips that have no colour of their own; -1 if the session doesn't say.
+struct ColorCoding {
+  static constexpr int kMidiChannels = 1;  // "Tracks and MIDI Channels"
+
+  int tracks = -1;  // 0 none, 1 tracks and MIDI channels, 2 tracks and MIDI devices, 3 groups, 4 track type
+  int clips = -1;   // the same, then 5 track colour, 6 marker locations, 7 clip list colour
+};
+
 struct SessionSettings {
   TimecodeSettings timecode;
   RecordingFormat recording;
   PanDepth pan_depth;
   GridSettings grid;
+  ColorCoding color_coding;
 };
 
-// Reads them from the timecode block, the settings root (recording format and pan depth) and the grid block.
+// Reads them from the timecode block, the settings root (recording format and pan depth), the grid block and the colour
+// coding block.
 // A block that is missing or too short leaves the defaults above.
 SessionSettings read_session_settings(const SessionImage& image);
 

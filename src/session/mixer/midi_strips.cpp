@@ -6,7 +6,6 @@
 
 #include "image/content_types.h"
 #include "image/counted_texts.h"
-#include "image/first_fit.h"
 #include "session/mixer/lanes.h"
 
 namespace frt {
@@ -73,15 +72,19 @@ RealTimeProperties properties_of(ByteView bytes, const FlatBlock& block) {
 
 }  // namespace
 
+const FlatBlock* setup_block(const SessionImage& image, const StripRow& row, FirstFit& blocks) {
+  const std::uint64_t limit = std::min(row.end, image.size());
+  if (limit < block_layout::kContent) return nullptr;
+  return blocks.find(row.start, limit - block_layout::kContent, limit);
+}
+
 std::vector<MidiStripSetup> read_midi_setups(const SessionImage& image, const std::vector<StripRow>& rows) {
   namespace at = setup_layout;
   std::vector<MidiStripSetup> setups(rows.size());
   FirstFit blocks(image, content::kMidiSetup);
   for (std::size_t k = 0; k < rows.size(); ++k) {
     if (!plays_midi(rows[k].kind)) continue;
-    const std::uint64_t limit = std::min(rows[k].end, image.size());
-    if (limit < block_layout::kContent) continue;
-    const FlatBlock* block = blocks.find(rows[k].start, limit - block_layout::kContent, limit);
+    const FlatBlock* block = setup_block(image, rows[k], blocks);
     if (!block || block->size < at::kLeastSize) continue;
     const auto value = [&](std::uint64_t offset) { return int{image.bytes().i8(block->start + offset).value_or(-1)}; };
     if (value(at::kFader) >= 0 && value(at::kPan) >= 0) {

@@ -9,9 +9,13 @@
 
 #include "base/by_name.h"
 #include "image/blocks.h"
+#include "image/first_fit.h"
 #include "session/mixer/mixer_tables.h"
 
 namespace frt {
+
+// The block of a row's controller setup: the first one inside it. `blocks` looks for blocks of that type. Null if none.
+const FlatBlock* setup_block(const SessionImage& image, const StripRow& row, FirstFit& blocks);
 
 // One per strip row, unset for all but MIDI and instrument rows.
 std::vector<MidiStripSetup> read_midi_setups(const SessionImage& image, const std::vector<StripRow>& rows);

@@ -7,6 +7,7 @@
 #include "session/mixer/inactive_entries.h"
 #include "session/mixer/io_paths.h"
 #include "session/mixer/lanes.h"
+#include "session/mixer/midi_outputs.h"
 #include "session/mixer/midi_strips.h"
 #include "session/mixer/name_table.h"
 #include "session/mixer/playlist_owners.h"
@@ -44,6 +45,8 @@ Mixer read_mixer(const SessionImage& image, const std::vector<Block>& roots,
   mixer.midi_setups = read_midi_setups(image, mixer.rows);
   mixer.midi_properties = read_realtime_properties(image, mixer.rows);
   mixer.midi_states = read_midi_track_states(image, mixer.rows);
+  mixer.midi_devices = read_midi_devices(image);
+  mixer.midi_elsewhere = read_midi_elsewhere(image, mixer.rows, mixer.midi_devices);
   mixer.key_buses = read_key_buses(image);
   mixer.routes = find_routes(image);
   mixer.routing = read_track_routing(image, mixer.rows, mixer.strips, mixer.routes);

@@ -32,6 +32,9 @@ struct Mixer {
   std::vector<MidiStripSetup> midi_setups;
   std::vector<RealTimeProperties> midi_properties;
 
+  std::vector<MidiDevice> midi_devices;
+  std::vector<MidiElsewhere> midi_elsewhere;  // in row order
+
   std::vector<Route> routes;          // in file order, each once
   std::vector<TrackRouting> routing;  // of audio and instrument rows that have a name, in file order
   std::vector<LegRoute> leg_routes;   // in the order of their routes

@@ -155,6 +155,18 @@ struct MidiStripSetup {
   int program = -1;
 };
 
+// What a MIDI track can play to, by number from 1.
+struct MidiDevice {
+  std::string_view name;
+  bool is_plugin_node = false;  // a plug-in of this session
+};
+
+// A MIDI track that plays an instrument on another track.
+struct MidiElsewhere {
+  std::string_view track;
+  std::string_view instrument;
+};
+
 // MIDI Real-Time Properties of Pro Tools.
 struct RealTimeProperties {
   bool quantize_on = false, duration_on = false, delay_on = false, velocity_on = false, transpose_on = false;
