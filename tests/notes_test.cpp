@@ -87,9 +87,9 @@ TEST(Notes, RowsWithAConditionOrNamesThatNoWholeRunReaches) {
        [](Scene& s) {
          s.told.mix.header.markers.unmapped_colors = {"A", "B"};
        }},
-      {"  1 MIDI event(s) kept but muted -- ", [](Scene& s) { s.told.muted_midi_events = 1; }},
+      {"  1 MIDI event(s) kept but muted -- ", [](Scene& s) { s.told.mix.midi.muted_events = 1; }},
       {"  1 MIDI note event(s) kept but muted:",
-       [](Scene& s) { s.told.muted_midi_events = 1, s.options.keep_inaudible_midi = true; }},
+       [](Scene& s) { s.told.mix.midi.muted_events = 1, s.options.keep_inaudible_midi = true; }},
       {"midi: 3 MIDI event(s) outside",
        [](Scene& s) { s.told.midi.kept_unmuted = 3, s.options.keep_inaudible_midi = true; }},
       {"  1 note(s) run past a clip edge; those", [](Scene& s) { s.told.midi.notes_past_edges = 1; }},

@@ -30,6 +30,14 @@ auto find_by_key(const Map& map, const OutputTrack& track) -> const typename Map
   return found == map.end() ? nullptr : &found->second;
 }
 
+// What goes by the session's own name first: the Pro Tools name, else the written name.
+template <typename Map>
+auto find_by_pt_name_first(const Map& map, const OutputTrack& track) -> const typename Map::mapped_type* {
+  auto found = track.pt_name.empty() ? map.end() : map.find(track.pt_name);
+  if (found == map.end()) found = map.find(track.name);
+  return found == map.end() ? nullptr : &found->second;
+}
+
 // Sets of names: either name counts.
 template <typename Names>
 bool has_either_name(const Names& names, const OutputTrack& track) {

@@ -17,6 +17,7 @@ Mix mix_tracks(const Session& session, std::vector<OutputTrack>& tracks, const T
   mix.tracks = std::move(pages.pages);
   mix.counts.tracks = std::move(pages.counts);
   mix.solo_keeper = mix.counts.tracks.solo_keeper;
+  mix.counts.midi = mix_midi_items(session, mix.tracks, options);
   mix.counts.items = mix_items(tracks, media, session.clock, options);
   return mix;
 }

@@ -6,6 +6,7 @@
 
 #include "mix/header_page.h"
 #include "mix/items.h"
+#include "mix/midi_items.h"
 #include "mix/track_page.h"
 
 namespace frt {
@@ -14,6 +15,7 @@ struct MixCounts {
   HeaderCounts header;
   TrackCounts tracks;
   ItemCounts items;
+  MidiItemCounts midi;
 };
 
 struct Mix {

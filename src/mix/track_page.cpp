@@ -104,10 +104,8 @@ class PageMaker {
 
   // A route goes by the Pro Tools name first.
   int one_sided(const OutputTrack& track) const {
-    const auto& sides = tables_.routes.one_sided;
-    auto found = track.pt_name.empty() ? sides.end() : sides.find(track.pt_name);
-    if (found == sides.end()) found = sides.find(track.name);
-    return found == sides.end() ? 0 : found->second;
+    const int* side = find_by_pt_name_first(tables_.routes.one_sided, track);
+    return side ? *side : 0;
   }
 
   void decide_volume_and_pan(const OutputTrack& track, const BoundTrack& bound, const SurroundPanner* panner,

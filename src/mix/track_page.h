@@ -15,6 +15,7 @@
 #include "base/by_name.h"
 #include "mix/bind.h"
 #include "mix/envelopes.h"
+#include "mix/midi_items.h"
 #include "model/palette.h"
 #include "model/tracks.h"
 #include "run/options.h"
@@ -61,6 +62,7 @@ struct TrackPage {
   bool main_send = true;
   bool silenced_take = false;  // an alternate: a second line mutes it, whatever its strip says
   std::vector<Envelope> envelopes;
+  std::vector<MidiItemPage> midi_items;
   std::string_view comment;  // written as an item of its own; empty for none
 };
 

@@ -1,7 +1,9 @@
 #include "model/palette.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
+#include <optional>
 
 namespace frt {
 namespace {
@@ -29,10 +31,61 @@ constexpr std::array<std::array<std::uint32_t, kColumns>, 3> kPalette = {{
 constexpr std::int32_t kMeasuredPaleA = 1, kMeasuredPaleB = 3;
 constexpr std::uint32_t kPaleA = 0xECB4BE, kPaleB = 0xECB4D2;
 
+// Bodies of clips coloured by hand, by every second column.
+constexpr std::array<std::uint32_t, 12> kClipSwatches = {0xECB4BE, 0xECB4D2, 0xDBB1DA, 0xC3B0DA, 0xABB1E4, 0xADD3E4,
+                                                         0xADE7D3, 0xACE6B5, 0xC3E7B1, 0xE5E6B3, 0xFAD3B3, 0xF9A8B1};
+
+// Bodies under the Dark theme that were measured, by column.
+struct DarkShade {
+  std::size_t column;
+  std::uint32_t color;
+};
+constexpr DarkShade kDarkShades[] = {{0, 0x5A242F}, {2, 0x592541}, {6, 0x382651}, {10, 0x254551}};
+
 // A fifth of the way to white and then the same again: how the measured pale swatches follow from their row.
 constexpr std::uint32_t paler(std::uint32_t byte) { return byte + (510 - 2 * byte) / 5; }
 
+template <typename Change>
+std::uint32_t change_bytes(std::uint32_t color, Change change) {
+  std::uint32_t made = 0;
+  for (unsigned shift = 0; shift < 24; shift += 8) {
+    const double byte = change(static_cast<double>(color >> shift & 0xFF)) + 0.5;
+    made |= static_cast<std::uint32_t>(std::clamp(byte, 0.0, 255.0)) << shift;
+  }
+  return made;
+}
+
+// REAPER draws a clip's body darker than its colour: the colour that comes out as `body`.
+std::uint32_t color_of_body(std::uint32_t body) {
+  return change_bytes(body, [](double byte) { return (byte - 18.9) / 0.275; }) | kIsColor;
+}
+
+// The body of a clip of that index under the Dark theme; none off the known grid.
+std::optional<ClipColor> dark_shade(std::int32_t index) {
+  if (index < 1 || index >= 4 * kRowStep || index % kRowStep == 0) return std::nullopt;
+  const auto column = static_cast<std::size_t>((index - 1) % kRowStep);
+  for (const DarkShade& shade : kDarkShades) {
+    if (shade.column == column) return ClipColor{color_of_body(shade.color), 1, ClipColor::Shade::kDarkMeasured};
+  }
+  const std::uint32_t body = change_bytes(kPalette[0][column], [](double byte) { return byte * 0.22 + 36.0; });
+  return ClipColor{color_of_body(body), 1, ClipColor::Shade::kDarkDerived};
+}
+
 }  // namespace
+
+ClipColor clip_color(std::int32_t index, bool dark) {
+  ClipColor made;
+  const std::int32_t position = index < kRowStep + 1 ? index - 1 : index - kRowStep - 1;
+  if (index >= 1 && index < 2 * kRowStep && position % 2 == 0) {
+    made = {kClipSwatches[static_cast<std::size_t>(position / 2)] | kIsColor, 1};
+  } else if (index >= 1 && index < kRowStep) {
+    return {0, ClipColor::kAutoAssigned};
+  } else {
+    const PaletteColor swatch = palette_color(index);
+    made = {swatch.color, swatch.kind};
+  }
+  return dark ? dark_shade(index).value_or(made) : made;
+}
 
 PaletteColor palette_color(std::int32_t index) {
   const bool on_grid = index > 0 && index < 4 * kRowStep && index % kRowStep != 0;

@@ -56,11 +56,8 @@ constexpr Group kRunNotes[] = {
     notes::further_masters,
 
     // ---- Track state ----
-    notes::track_state,
-    // MIDI faders, Real-Time Properties, instruments on other tracks.
-    notes::automation_modes,
-    // Patches.
-    notes::orphan_playlists, notes::comments,
+    notes::track_state, notes::midi_faders, notes::automation_modes, notes::patches, notes::orphan_playlists,
+    notes::comments,
 
     // ---- Trim and polarity ----
 
@@ -77,6 +74,7 @@ constexpr Group kRunNotes[] = {
     notes::item_timebase,
 
     // ---- Real-Time Properties ----
+    notes::real_time_properties,
 
     // ---- Recording format and timecode ----
     notes::recording_format, notes::timecode,

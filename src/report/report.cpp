@@ -52,7 +52,7 @@ ReportOutcome build_report(const Told& told) {
   add_privacy(report, told.options.usage_shared);
   outcome.text = report.take();
   outcome.summary_line = format_text("summary tracks=%d clips=%d notes=%d fx=%d written=%d needs_look=%d%s",
-                                     told.tracks_written(), told.mix.items.clips_written, told.midi_notes,
+                                     told.tracks_written(), told.mix.items.clips_written, told.mix.midi.notes,
                                      told.plugins.instances(), told.plugins.rows_of(PluginOutcome::kSettings),
                                      outcome.needs_look, told.problem.kind.empty() ? "" : " problem=1");
   return outcome;

@@ -81,7 +81,7 @@ void add_switches(TextBuilder& report, const Told& told) {
     report.print(
         "\"Leave out clip colors\" is on: %d clip(s) that would carry a color\n"
         "are in their track's color instead\n",
-        told.mix.items.uncolored_by_option);
+        told.uncolored_clips());
   }
 }
 
@@ -115,7 +115,7 @@ void add_overview(TextBuilder& report, const Told& told) {
       std::count_if(told.tracks.begin(), told.tracks.end(), [](const OutputTrack& track) { return track.is_midi; });
   const int tracks = told.tracks_written(), instruments = static_cast<int>(midi);
   report.print("%d tracks (%d audio/aux, %d instrument), %d clips, %d MIDI notes\n", tracks, tracks - instruments,
-               instruments, told.mix.items.clips_written, told.midi_notes);
+               instruments, told.mix.items.clips_written, told.mix.midi.notes);
   if (told.return_tracks > 0) {
     report.print("plus %d send-return bus track(s)\n", told.return_tracks);
   }

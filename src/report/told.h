@@ -51,8 +51,6 @@ struct Told {
 
   // ---- counts of passes that are yet to come: 0 at rest ----
   int sends_written = 0, return_tracks = 0;
-  int midi_notes = 0;
-  int muted_midi_events = 0;  // kept but muted
   int stretched_clips = 0, stretched_from_session = 0;
   int frozen_tracks_delivered = 0;  // under --keep-frozen
   int stand_ins_left_out = 0;       // Avid plug-ins left in their slot under their Pro Tools name
@@ -62,6 +60,7 @@ struct Told {
   int tracks_written() const { return static_cast<int>(tracks.size()); }
   int lanes() const { return folding.lanes + order.homeless_lanes; }
   int faders_at_unity() const { return mix.tracks.faders_at_unity + mix.header.faders_at_unity; }
+  int uncolored_clips() const { return mix.items.uncolored_by_option + mix.midi.colors.left_out; }
   int strips_with_mixer_data() const;
   int strip_table_size() const { return static_cast<int>(session.mixer.table.names.size()); }
   DualPanCounts dual_pan() const;

@@ -7,6 +7,7 @@
 #include "writer/audio_item.h"
 #include "writer/comments.h"
 #include "writer/envelope.h"
+#include "writer/midi_item.h"
 
 namespace frt {
 namespace {
@@ -102,7 +103,8 @@ void write_track(ProjectText& out, const TrackPage& page, std::uint32_t index) {
   write_lane_names(out, track);
   write_envelopes(out, page.envelopes, "    ");
   write_audio_items(out, track);
-  // MIDI items come here, then, for a track delivered frozen, its render.
+  write_midi_items(out, page.midi_items);
+  // For a track delivered frozen its render comes here.
   if (!page.comment.empty()) write_comment_item(out, page.comment, seed);
   out.text("  >\n");
 }

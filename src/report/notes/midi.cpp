@@ -1,10 +1,80 @@
-// MIDI: tracks, and notes that a clip's edge cuts or silences.
+// MIDI: tracks, what is sent with their clips, and notes that a clip's edge cuts or silences.
+#include <cstddef>
+#include <string>
+
+#include "base/text.h"
 #include "report/notes/subjects.h"
 
 namespace frt::notes {
 namespace {
 
 bool cuts_nothing(const Told& told) { return told.options.truncate_midi_to_clip && told.midi.notes_past_edges <= 0; }
+
+// Name and properties of each row that has any.
+std::string properties_of_row(const StripRow& row, const RealTimeProperties& p) {
+  std::string text = "\n      " + std::string(row.label()) + ":";
+  if (p.transpose_on) text += format_text(" transpose %+d oct %+d semi;", p.octaves, p.semitones);
+  if (p.velocity_on) text += format_text(" velocity %d%% %+d;", p.velocity_percent, p.velocity_offset);
+  if (p.delay_on) text += format_text(" delay %+d ticks;", p.delay_ticks);
+  if (p.quantize_on) text += format_text(" quantize (swing %d%%);", 0);  // its grid and amount are not read yet
+  if (p.duration_on) text += " duration;";
+  return text;
+}
+
+// Calls take(row, k) for each row with Real-Time Properties.
+template <typename Take>
+void each_with_properties(const Told& told, Take take) {
+  const Mixer& mixer = told.session.mixer;
+  for (std::size_t k = 0; k < mixer.rows.size() && k < mixer.midi_properties.size(); ++k) {
+    if (mixer.midi_properties[k].any_on()) take(mixer.rows[k], mixer.midi_properties[k]);
+  }
+}
+
+int strips_with_properties(const Told& told) {
+  int count = 0;
+  each_with_properties(told, [&](const StripRow&, const RealTimeProperties&) { ++count; });
+  return count;
+}
+
+std::string properties(const Told& told) {
+  std::string list;
+  each_with_properties(
+      told, [&](const StripRow& row, const RealTimeProperties& found) { list += properties_of_row(row, found); });
+  return list;
+}
+
+int tracks_elsewhere(const Told& told) { return static_cast<int>(told.session.mixer.midi_elsewhere.size()); }
+
+std::string elsewhere(const Told& told) {
+  std::string list;
+  for (const MidiElsewhere& one : told.session.mixer.midi_elsewhere)
+    ((((list += "\n      ") += one.track) += " -> ") += one.instrument);
+  return list;
+}
+
+// Calls take(row, program) for each row whose clips send a patch.
+template <typename Take>
+void each_with_patch(const Told& told, Take take) {
+  const Mixer& mixer = told.session.mixer;
+  for (std::size_t k = 0; k < mixer.rows.size() && k < mixer.midi_setups.size(); ++k) {
+    const MidiStripSetup& setup = mixer.midi_setups[k];
+    if (setup.cc7 >= 0 && setup.program >= 0) take(mixer.rows[k], setup.program);
+  }
+}
+
+int strips_with_patch(const Told& told) {
+  int count = 0;
+  each_with_patch(told, [&](const StripRow&, int) { ++count; });
+  return count;
+}
+
+std::string patch_list(const Told& told) {
+  std::string list;
+  each_with_patch(told, [&](const StripRow& row, int program) {
+    list += name_in_list(std::string(row.label()), NameList::kBlanks, list.empty()) + "=" + std::to_string(program);
+  });
+  return list;
+}
 
 constexpr Note kMidiData[] = {
     {in<&MidiCounts::controllers>, "  %d MIDI controller events (pitch bend, CC, aftertouch)\n"},
@@ -25,10 +95,10 @@ constexpr Note kMidiTracks[] = {
 };
 
 constexpr Note kMidiEvents[] = {
-    {in<&Told::muted_midi_events>, in<&ConversionOptions::keep_inaudible_midi>,
+    {in<&MidiItemCounts::muted_events>, in<&ConversionOptions::keep_inaudible_midi>,
      "  %d MIDI note event(s) kept but muted: notes too short to exist at\n"
      "      REAPER's resolution, which would retrigger the note beside them.\n"},
-    {in<&Told::muted_midi_events>, unless(in<&ConversionOptions::keep_inaudible_midi>),
+    {in<&MidiItemCounts::muted_events>, unless(in<&ConversionOptions::keep_inaudible_midi>),
      "  %d MIDI event(s) kept but muted -- outside a Pro Tools clip\n"
      "      boundary, so silent, exactly as Pro Tools plays them.\n"
      "      Nothing was deleted: drag a clip edge back in REAPER to see them.\n"},
@@ -66,11 +136,52 @@ constexpr Note kSampleBasedMidi[] = {
      "      SUMS rather than trimming. Trim the item edge in REAPER to match.\n"},
 };
 
+constexpr Note kMidiFaders[] = {
+    {in<&MidiItemCounts::fader_tracks>,
+     "  %d MIDI/instrument track(s) carry their MIDI fader and pan as a CC 7\n"
+     "      and a CC 10 event at the start of each clip -- what Pro Tools\n"
+     "      sends when playback starts. A clip that already streams one of\n"
+     "      those controllers keeps its stream instead.\n"},
+    {strips_with_properties,
+     "  WARNING: %d MIDI/instrument track(s) carry REAL-TIME PROPERTIES:%s\n"
+     "      Pro Tools applies these on playback, not to the stored notes.\n"
+     "      Which of them are applied here is said below.\n",
+     properties},
+    {tracks_elsewhere,
+     "  WARNING: %d MIDI track(s) play an instrument on another track:%s\n"
+     "      Not carried yet. In REAPER those notes stay on the MIDI track,\n"
+     "      which has no instrument, so they are silent. To hear them, add a\n"
+     "      send from the MIDI track to the instrument's track in REAPER,\n"
+     "      MIDI only (Audio: None).\n",
+     elsewhere},
+};
+
+constexpr Note kPatches[] = {
+    {strips_with_patch,
+     "  %d track(s) have a PATCH selected and send it as a program change\n"
+     "      at the start of each clip:%s\n",
+     patch_list},
+};
+
+constexpr Note kRealTimeProperties[] = {
+    {in<&MidiItemCounts::processed_items>,
+     "  MIDI Real-Time Properties APPLIED to the notes on %d track(s): transpose,\n"
+     "      velocity and delay, so the track plays as Pro Tools played it.\n"},
+    {in<&MidiItemCounts::out_of_range>,
+     "      %d note(s) transposed past the MIDI range are written MUTED, not lost.\n"},
+    {in<&MidiItemCounts::unprocessed_items>,
+     "  %d track(s) carry Real-Time quantize or duration, which are NOT applied:\n"
+     "      their grid and amount are not decoded yet.\n"},
+};
+
 }  // namespace
 
 NoteGroup midi_data() { return kMidiData; }
 NoteGroup midi_tracks() { return kMidiTracks; }
 NoteGroup midi_events() { return kMidiEvents; }
+NoteGroup midi_faders() { return kMidiFaders; }
+NoteGroup patches() { return kPatches; }
+NoteGroup real_time_properties() { return kRealTimeProperties; }
 NoteGroup sample_based_midi() { return kSampleBasedMidi; }
 
 }  // namespace frt::notes

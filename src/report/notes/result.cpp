@@ -35,7 +35,7 @@ constexpr Note kBlankLine[] = {{always, "\n"}};
 
 constexpr Note kTotals[] = {
     {always, "  %d tracks, %d clips, %d MIDI notes\n", in<&Told::tracks_written>, in<&ItemCounts::clips_written>,
-     in<&Told::midi_notes>},
+     in<&MidiItemCounts::notes>},
 };
 
 }  // namespace

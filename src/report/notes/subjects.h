@@ -45,6 +45,9 @@ NoteGroup media_folder();
 NoteGroup midi_data();
 NoteGroup midi_tracks();
 NoteGroup midi_events();
+NoteGroup midi_faders();
+NoteGroup patches();
+NoteGroup real_time_properties();
 NoteGroup sample_based_midi();
 
 // mixer.cpp
