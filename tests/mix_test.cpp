@@ -27,6 +27,7 @@ AutomationLane moving(double to = 10) {
 // A session of tracks with a strip and a row each.
 struct Scene {
   Session session;
+  Routing routing;
   MixTables tables;
   TrackFacts facts;
   ConversionOptions options;
@@ -54,7 +55,8 @@ struct Scene {
     return session.mixer.track_rows.emplace_back();
   }
   std::vector<TrackPage> pages() {
-    TrackPages made = make_track_pages(session, bind_tracks(session, tracks, facts), tracks, tables, options);
+    routing.sends.prefader_source.resize(tracks.size());
+    TrackPages made = make_track_pages(session, bind_tracks(session, tracks, facts), tracks, routing, tables, options);
     counts = std::move(made.counts);
     return std::move(made.pages);
   }
@@ -94,9 +96,9 @@ TEST(TrackPages, TablesOfRoutesAndGroupsOverrideTheStrip) {
   scene.tracks[0].pt_name = "T";
   scene.strip().fader_db = -6;
   scene.tables.groups.vca_master_db = {{"T", -20.0}};
-  scene.tables.routes.one_sided = {{"Written", -1}, {"T", 1}};
-  scene.tables.routes.no_main_send = {"Written"};  // goes by the key alone
-  scene.tables.routes.inverted = {"Written"};
+  scene.session.mixer.one_sided = {{"Written", -1}, {"T", 1}};
+  scene.routing.no_main_send = {"Written"};  // goes by the key alone
+  scene.tables.inverted = {"Written"};
   EXPECT_EQ(level_of(scene.page()), "0.10 0 [1 1]");
   EXPECT_EQ(scene.page().pan_mode, PanMode::kDual);
   EXPECT_TRUE(scene.page().main_send && scene.page().inverted);
@@ -155,13 +157,14 @@ TEST(TrackPages, PanModeByStripAndWidth) {
 TEST(TrackPages, ChannelsGrowWithLegsKeysAndPanners) {
   Scene scene{"Legs", "Keyed", "Keys and legs", "Aux", "Panned", "Bus leg", "Plain"};
   scene.facts.surround_legs = {{"Legs", 5}, {"Keys and legs", 3}};
-  scene.tables.routes.extra_key_sources = {{"Keyed", 0}, {"Keys and legs", 1}};
-  scene.tables.routes.surround_aux_channels = {{"Aux", 5}};
+  scene.routing.keys.strips = {
+      {"Keyed", {6, "Bus", {}}}, {"Keys and legs", {6, "Bus", {2}}}, {"Plain", {6, "Bus", {0}}}};
+  scene.routing.aux_width = {{"Aux", 5}};
   scene.tables.surround_panners["Panned"].speakers = 7;
-  scene.tables.routes.bus_leg_channels = {{"Bus leg", 3}};
+  scene.routing.leg_channels = {{"Bus leg", 4}};
   std::vector<int> channels;
   for (const TrackPage& page : scene.pages()) channels.push_back(page.channels);
-  EXPECT_EQ(channels, (std::vector{5, 4, 6, 6, 8, 3, 2}));
+  EXPECT_EQ(channels, (std::vector{5, 4, 6, 6, 8, 4, 2}));
 }
 
 TEST(TrackPages, ASurroundPannerTakesTheStripsPan) {
@@ -211,12 +214,12 @@ TEST(TrackPages, MuteAndSolo) {
       {"no solo plays", [](Scene& s) { s.strip("B").muted = true; }, "m m", true},
       {"one that isn't muted", [](Scene& s) { s.strip("B"); }, "m s"},
       {"voice off", [](Scene& s) { s.tracks[1].voice_off = true; }, "m m", true},
-      {"pre-fader sends go on", [](Scene& s) { s.tables.routes.prefader_sources = {"A"}; }, "s0 s"},
+      {"pre-fader sends go on", [](Scene& s) { s.routing.sends.prefader_source = {true}; }, "s0 s"},
       {"but not of a muted track that moves",
-       [](Scene& s) { s.tables.routes.prefader_sources = {"A"}, s.session.mixer.strips[0].volume_lane = moving(); },
+       [](Scene& s) { s.routing.sends.prefader_source = {true}, s.session.mixer.strips[0].volume_lane = moving(); },
        "m s"},
       {"nor of one that is off",
-       [](Scene& s) { s.tables.routes.prefader_sources = {"A"}, s.tracks[0].inactive = true; }, "m s"},
+       [](Scene& s) { s.routing.sends.prefader_source = {true}, s.tracks[0].inactive = true; }, "m s"},
   };
   for (const auto& row : rows) {
     Scene scene{"A", "B"};

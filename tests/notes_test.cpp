@@ -37,9 +37,9 @@ const NameVector& strips(const Told& told) { return told.wide_strips; }
 bool recovers(const Told& told) { return told.options.recover_deleted; }
 
 constexpr Note kForms[] = {
-    {in<&Told::return_tracks>, "%d of %d, %s\n", in<&Told::sends_written>, "always"},
-    {in<&Told::return_tracks>, recovers, "%d recovered\n"},
-    {in<&Told::return_tracks>, unless(recovers), "%d left\n"},
+    {in<&MixCounts::return_tracks>, "%d of %d, %s\n", in<&ReceiveCounts::sends>, "always"},
+    {in<&MixCounts::return_tracks>, recovers, "%d recovered\n"},
+    {in<&MixCounts::return_tracks>, unless(recovers), "%d left\n"},
     {always, "plain\n"},
     {strips, NameList::kLines, "%d lines:%s\n"},
     {strips, NameList::kQuotedLines, "%d quoted lines:%s\n"},
@@ -55,7 +55,7 @@ TEST(NoteRow, PrintsItsCountItsValuesOrItsNames) {
   EXPECT_EQ(notes_of([](Scene&) {}, print), "plain\n");
   EXPECT_EQ(notes_of(
                 [](Scene& s) {
-                  s.told.return_tracks = 2, s.told.sends_written = 7;
+                  s.told.mix.return_tracks = 2, s.told.mix.tracks.receives.sends = 7;
                   s.told.wide_strips = {"A", "B"};
                 },
                 print),

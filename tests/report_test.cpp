@@ -26,7 +26,7 @@ TEST(Report, NeedsALookCountsItsSectionsAndNamesAllInFull) {
   plugins.aax_only = {{"DigiX", {"Big Room", 3, 1}}};
   plugins.unrecognized = {{"AbcdEfgh", 1}};
   plugins.not_installed = {{"Amp", "VST3"}};
-  plugins.unresolved_keys = 2;
+  scene.told.mix.routing.keys.unresolved = 2;
   scene.told.wide_strips = {"Surr (6 control slots)"};
   scene.told.clips.fades.not_understood = 4;
   scene.told.order.unmatched_tracks = 5;

@@ -24,7 +24,8 @@ T value_or(const T* value, T other) {
 
 }  // namespace
 
-Bound bind_tracks(const Session& session, std::span<const OutputTrack> tracks, const TrackFacts& facts) {
+Bound bind_tracks(const Session& session, std::span<const OutputTrack> tracks, const TrackFacts& facts,
+                  std::span<const std::string_view> returns) {
   const Mixer& mixer = session.mixer;
   const StripsByName strips = index_strips(mixer.strips);
   // The row with the name under which it stands: what a row says is told once for each such name.
@@ -40,17 +41,25 @@ Bound bind_tracks(const Session& session, std::span<const OutputTrack> tracks, c
   Bound bound;
   bound.tracks.reserve(tracks.size());
   std::unordered_set<std::string_view> rows_met;
+  const auto bind_row = [&](BoundTrack& binding, const NamedRow* named) {
+    if (!named) return;
+    binding.row = named->row;
+    binding.row_name = named->name;
+    binding.first_of_row = rows_met.insert(named->name).second;
+  };
   for (const OutputTrack& track : tracks) {
     BoundTrack& binding = bound.tracks.emplace_back();
     binding.strip = value_or(find_by_names(strips, track), static_cast<const StripRecord*>(nullptr));
-    if (const NamedRow* named = find_by_names(rows, track)) {
-      binding.row = named->row;
-      binding.row_name = named->name;
-      binding.first_of_row = rows_met.insert(named->name).second;
-    }
+    bind_row(binding, find_by_names(rows, track));
     binding.timebase = value_or(find_by_names(facts.timebase, track), Timebase::kDefault);
     binding.width = value_or(find_by_names(facts.width, track), 0);
     binding.surround_legs = value_or(find_by_names(facts.surround_legs, track), 0);
+  }
+  for (const std::string_view name : returns) {
+    BoundTrack& binding = bound.returns.emplace_back();
+    if (const auto strip = strips.find(name); strip != strips.end()) binding.strip = strip->second;
+    const auto row = rows.find(name);
+    bind_row(binding, row == rows.end() ? nullptr : &row->second);
   }
   return bound;
 }

@@ -70,12 +70,15 @@ struct BoundTrack {
   int surround_legs = 0;  // 0 for all but surround folds
 };
 
-// By written track, in their order. Points into the session's tables.
+// In written order. Points into the session's tables.
 struct Bound {
   std::vector<BoundTrack> tracks;
+  std::vector<BoundTrack> returns;
 };
 
-Bound bind_tracks(const Session& session, std::span<const OutputTrack> tracks, const TrackFacts& facts);
+// `returns` are the names of the return tracks, in their order.
+Bound bind_tracks(const Session& session, std::span<const OutputTrack> tracks, const TrackFacts& facts,
+                  std::span<const std::string_view> returns = {});
 
 // Name and comment of each strip row that has a comment, in row order.
 using TrackComment = std::pair<std::string_view, std::string_view>;

@@ -17,6 +17,8 @@ bool takes_moves(EnvelopeTarget target) {
     case EnvelopeTarget::kTrim:
     case EnvelopeTarget::kMasterVolume:
     case EnvelopeTarget::kMasterMute:
+    case EnvelopeTarget::kSendVolume:
+    case EnvelopeTarget::kSendMute:
       break;
   }
   return false;
@@ -30,6 +32,19 @@ Envelope envelope_of(EnvelopeTarget target, const AutomationLane& lane, const En
   return envelope;
 }
 
+void count_points(const std::vector<Envelope>& envelopes, EnvelopeCounts& counts) {
+  int points = 0;
+  for (const Envelope& envelope : envelopes) points += static_cast<int>(envelope.size());
+  counts.automation_points += points;
+  if (points > 0) ++counts.tracks_with_points;
+}
+
+void count_unwritten_pan(const StripRecord& strip, EnvelopeCounts& counts) {
+  if (!strip.pan_lane.moves()) return;
+  counts.surround_pan_points += static_cast<int>(strip.pan_lane.points.size());
+  ++counts.surround_pan_strips;
+}
+
 }  // namespace
 
 double Envelope::value_of(double stored) const {
@@ -37,9 +52,11 @@ double Envelope::value_of(double stored) const {
     case EnvelopeTarget::kVolume:
     case EnvelopeTarget::kTrim:
     case EnvelopeTarget::kMasterVolume:
+    case EnvelopeTarget::kSendVolume:
       return gain_of_db(stored / 10.0);
     case EnvelopeTarget::kMute:
     case EnvelopeTarget::kMasterMute:
+    case EnvelopeTarget::kSendMute:
       return stored == 1.0 ? 0.0 : 1.0;
     case EnvelopeTarget::kPan:
     case EnvelopeTarget::kLeftPan:
@@ -61,10 +78,7 @@ std::vector<Envelope> strip_envelopes(const StripRecord& strip, const StripPanni
       strip.dual_pan == 0) {
     return envelopes;
   }
-  if (panning.wide_strip && strip.pan_lane.moves()) {
-    counts.surround_pan_points += static_cast<int>(strip.pan_lane.points.size());
-    ++counts.surround_pan_strips;
-  }
+  if (panning.wide_strip) count_unwritten_pan(strip, counts);
   if (panning.surround_panner && strip.pan_lane.moves() && panning.panner_lanes_left)
     ++counts.surround_panner_lanes_left;
 
@@ -80,10 +94,21 @@ std::vector<Envelope> strip_envelopes(const StripRecord& strip, const StripPanni
     envelopes.push_back(envelope_of(EnvelopeTarget::kLeftPan, strip.dual_left_lane, state, clock));
     envelopes.push_back(envelope_of(EnvelopeTarget::kRightPan, strip.right_pan_lane, state, clock));
   }
-  int points = 0;
-  for (const Envelope& envelope : envelopes) points += static_cast<int>(envelope.size());
-  counts.automation_points += points;
-  if (points > 0) ++counts.tracks_with_points;
+  count_points(envelopes, counts);
+  return envelopes;
+}
+
+std::vector<Envelope> return_envelopes(const StripRecord& strip, bool wide_strip, const EnvelopeState& state,
+                                       const Clock& clock, EnvelopeCounts& counts) {
+  std::vector<Envelope> envelopes;
+  add_envelope(envelopes, EnvelopeTarget::kVolume, strip.volume_lane, state, clock);
+  add_envelope(envelopes, EnvelopeTarget::kMute, strip.mute_lane, state, clock);
+  if (wide_strip) {
+    count_unwritten_pan(strip, counts);
+  } else {
+    add_envelope(envelopes, EnvelopeTarget::kPan, strip.pan_lane, state, clock);
+  }
+  count_points(envelopes, counts);
   return envelopes;
 }
 

@@ -19,6 +19,8 @@ enum class EnvelopeTarget : std::uint8_t {
   kRightPan,
   kMasterVolume,
   kMasterMute,
+  kSendVolume,
+  kSendMute,
 };
 
 // One envelope as it is written. A point is worked out when it is asked for: a long lane isn't held twice.
@@ -34,7 +36,10 @@ class Envelope {
       : target_(target), lane_(&lane), clock_(&clock) {}
 
   EnvelopeTarget target() const { return target_; }
-  bool is_switch() const { return target_ == EnvelopeTarget::kMute || target_ == EnvelopeTarget::kMasterMute; }
+  bool is_switch() const {
+    return target_ == EnvelopeTarget::kMute || target_ == EnvelopeTarget::kMasterMute ||
+           target_ == EnvelopeTarget::kSendMute;
+  }
   double initial() const { return value_of(lane_->initial); }
   double stored_initial() const { return lane_->initial; }
   std::size_t size() const { return lane_->points.size(); }
@@ -81,6 +86,10 @@ void add_envelope(std::vector<Envelope>& envelopes, EnvelopeTarget target, const
 // All envelopes of a track's strip, in the order in which they are written.
 std::vector<Envelope> strip_envelopes(const StripRecord& strip, const StripPanning& panning, const EnvelopeState& state,
                                       const Clock& clock, EnvelopeCounts& counts);
+
+// Those of a track that stands for a send target alone.
+std::vector<Envelope> return_envelopes(const StripRecord& strip, bool wide_strip, const EnvelopeState& state,
+                                       const Clock& clock, EnvelopeCounts& counts);
 
 // The master's.
 std::vector<Envelope> master_envelopes(const StripRecord& master, const Clock& clock);

@@ -1,6 +1,8 @@
 #include "mix/mix.h"
 
+#include <string_view>
 #include <utility>
+#include <vector>
 
 namespace frt {
 
@@ -11,9 +13,15 @@ Mix mix_tracks(const Session& session, std::vector<OutputTrack>& tracks, const T
   mix.header = std::move(header.page);
   mix.counts.header = std::move(header.counts);
 
-  const Bound bound = bind_tracks(session, tracks, facts);
-  // Routing, groups, folders and colours are worked out here, on the final list, when they are built.
-  TrackPages pages = make_track_pages(session, bound, tracks, tables, options);
+  mix.routing = route_tracks(session.mixer, tracks, options);
+  mix.counts.routing = std::move(mix.routing.counts);
+  std::vector<std::string_view> returns;
+  for (const auto& [name, index] : mix.routing.return_index) returns.push_back(name);
+  mix.counts.return_tracks = static_cast<int>(returns.size());
+  const Bound bound = bind_tracks(session, tracks, facts, returns);
+  // Groups, folders and colours are worked out here, on the final list, when they are built.
+  TrackPages pages = make_track_pages(session, bound, tracks, mix.routing, tables, options);
+  mix.returns = std::move(pages.returns);
   mix.tracks = std::move(pages.pages);
   mix.counts.tracks = std::move(pages.counts);
   mix.solo_keeper = mix.counts.tracks.solo_keeper;

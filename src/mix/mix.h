@@ -7,20 +7,25 @@
 #include "mix/header_page.h"
 #include "mix/items.h"
 #include "mix/midi_items.h"
+#include "mix/routing.h"
 #include "mix/track_page.h"
 
 namespace frt {
 
 struct MixCounts {
   HeaderCounts header;
+  RoutingCounts routing;
   TrackCounts tracks;
+  int return_tracks = 0;  // written behind the others
   ItemCounts items;
   MidiItemCounts midi;
 };
 
 struct Mix {
   HeaderPage header;
+  Routing routing;
   std::vector<TrackPage> tracks;
+  std::vector<ReturnPage> returns;
   bool solo_keeper = false;  // every soloed track was muted: an empty one keeps the others silent
   MixCounts counts;
 };

@@ -1,4 +1,4 @@
-// One page a written track: every value that its block prints, decided.
+// One page a written track, and one a return track: every value that its block prints, decided.
 #pragma once
 
 #include <array>
@@ -16,6 +16,9 @@
 #include "mix/bind.h"
 #include "mix/envelopes.h"
 #include "mix/midi_items.h"
+#include "mix/receives.h"
+#include "mix/routing.h"
+#include "mix/surround_panner.h"
 #include "model/palette.h"
 #include "model/tracks.h"
 #include "run/options.h"
@@ -41,11 +44,9 @@ struct GroupLinks {
   std::array<std::uint32_t, kLinks> masks{};
 };
 
-struct TrackPage {
-  const OutputTrack* track = nullptr;  // its name, items and lanes
-
+// What every track has of a mixer strip.
+struct StripPage {
   std::uint32_t color = kDefaultTrackColor;
-  Timebase timebase = Timebase::kDefault;
   AutomationMode automation_mode = AutomationMode::kOff;
   double volume = 1;                             // gain
   double pan = 0, left_pan = -1, right_pan = 1;  // -1 to 1
@@ -53,17 +54,31 @@ struct TrackPage {
   bool solo = false;
   bool solo_safe = false;
   bool inverted = false;  // polarity
-  FolderPlace folder;
   bool hidden = false;
   GroupLinks groups;
-  PanMode pan_mode = PanMode::kDefault;
   int height = 0;  // pixels, 0 for REAPER's own
-  int channels = 2;
   bool main_send = true;
-  bool silenced_take = false;  // an alternate: a second line mutes it, whatever its strip says
+  std::vector<SendReceive> send_receives;
   std::vector<Envelope> envelopes;
-  std::vector<MidiItemPage> midi_items;
   std::string_view comment;  // written as an item of its own; empty for none
+};
+
+struct TrackPage : StripPage {
+  const OutputTrack* track = nullptr;  // its name, items and lanes
+
+  Timebase timebase = Timebase::kDefault;
+  FolderPlace folder;
+  PanMode pan_mode = PanMode::kDefault;
+  int channels = 2;
+  std::vector<BusReceive> bus_receives;  // ahead of its plug-ins, those of sends behind
+  std::vector<MidiItemPage> midi_items;
+  bool silenced_take = false;  // an alternate: a second line mutes it, whatever its strip says
+};
+
+// A send target that is no written track: what is sent there arrives on a track of its own.
+struct ReturnPage : StripPage {
+  std::string_view name;
+  bool stereo = false;  // its strip is: left and right are panned apart
 };
 
 struct TrackCounts {
@@ -75,6 +90,7 @@ struct TrackCounts {
   int timebase_time = 0, timebase_beats = 0, timebase_beats_position = 0;
   int tracks_with_height = 0;
   int surround_aux_widths = 0;  // auxes as wide as the surround bus they take
+  ReceiveCounts receives;
   // Muted tracks that feed a pre-fader send: faders down instead of muted, and those that stay muted.
   std::vector<std::string> prefader_faders_down, prefader_kept_muted;
   int midi_tracks_muted = 0, midi_mute_lanes = 0, midi_other_lanes = 0;
@@ -103,32 +119,15 @@ struct TrackGroups {
   ByName<double> vca_master_db;  // the faders of VCA masters
 };
 
-// Names here are track keys.
-struct TrackRoutes {
-  Names no_main_send;                 // no output, or an aux alone takes it
-  ByName<int> one_sided;              // -1 or 1: fed to one channel of a stereo output
-  Names prefader_sources;             // some send of theirs is taken before the fader
-  ByName<int> extra_key_sources;      // tracks keyed by another; how many beyond the first
-  ByName<int> surround_aux_channels;  // auxes that take a surround bus: its width
-  ByName<int> bus_leg_channels;       // channels that a route to single legs of a bus needs
-  Names inverted;                     // polarity switched over
-};
-
 struct FolderTable {
   std::vector<FolderPlace> places;  // by index in the written list; none: no folder
   Names basic_folders;              // folders without an audio path
 };
 
-struct SurroundPanner {
-  int speakers = 0;
-  bool stereo_source = false;
-  std::size_t lanes = 0;  // panner lanes of its source
-};
-
 struct MixTables {
   TrackColors colors;
   TrackGroups groups;
-  TrackRoutes routes;
+  Names inverted;  // polarity switched over
   FolderTable folders;
   ByName<SurroundPanner> surround_panners;  // by track key
   Names sample_based_midi;                  // MIDI tracks whose clips stand in samples
@@ -137,12 +136,13 @@ struct MixTables {
 // ---- the pages ----
 
 struct TrackPages {
-  std::vector<TrackPage> pages;  // by written track
+  std::vector<TrackPage> pages;     // by written track
+  std::vector<ReturnPage> returns;  // in name order
   TrackCounts counts;
 };
 
-// `tracks` and `tables` must live as long as the pages.
+// `tracks`, `routing` and `tables` must live as long as the pages.
 TrackPages make_track_pages(const Session& session, const Bound& bound, std::span<const OutputTrack> tracks,
-                            const MixTables& tables, const ConversionOptions& options);
+                            const Routing& routing, const MixTables& tables, const ConversionOptions& options);
 
 }  // namespace frt

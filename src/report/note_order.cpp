@@ -10,6 +10,11 @@ namespace {
 
 using Group = NoteGroup (*)();
 
+// Said as soon as it is known, ahead of the project's name.
+constexpr Group kMixNotes[] = {
+    notes::multi_mono_pairs,
+};
+
 constexpr Group kRunNotes[] = {
     // ---- Result of the run, totals ----
     notes::read_and_written, notes::blank_line, notes::totals,
@@ -18,15 +23,18 @@ constexpr Group kRunNotes[] = {
     notes::midi_data,
 
     // ---- Strips and sends ----
-    notes::strips, notes::sends, notes::midi_tracks, notes::send_settings,
+    notes::strips, notes::sends, notes::midi_tracks, notes::outputs,
+    // The click's player.
+    notes::send_settings,
 
     // ---- Inserts and key inputs ----
     // Inserts.
     notes::key_inputs,
+    // MIDI triggering switched off.
+    notes::keys_left,
 
     // ---- Automation ----
-    // Send automation.
-    notes::master_fader, notes::automation_points, notes::midi_events, notes::dual_pan,
+    notes::send_automation, notes::master_fader, notes::automation_points, notes::midi_events, notes::dual_pan,
     // Plug-in parameter automation.
     notes::automated_tracks,
 
@@ -97,9 +105,7 @@ constexpr Group kRunNotes[] = {
     // ---- Clip groups, stretched clips ----
 
     // ---- Folding ----
-    notes::folded_tracks,
-    // Tracks fed to one side of a stereo output.
-    notes::wide_strips, notes::fixed_lanes,
+    notes::folded_tracks, notes::one_sided, notes::wide_strips, notes::fixed_lanes,
 
     // ---- Selection and order ----
     notes::selection, notes::freeze_records, notes::silenced_tracks, notes::track_names,
@@ -127,6 +133,7 @@ constexpr Group kClosingNotes[] = {
 
 }  // namespace
 
+NoteOrder mix_note_order() { return kMixNotes; }
 NoteOrder run_note_order() { return kRunNotes; }
 NoteOrder media_note_order() { return kMediaNotes; }
 NoteOrder closing_note_order() { return kClosingNotes; }

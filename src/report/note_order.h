@@ -9,6 +9,7 @@ namespace frt {
 
 using NoteOrder = std::span<NoteGroup (*const)()>;
 
+NoteOrder mix_note_order();
 NoteOrder run_note_order();
 NoteOrder media_note_order();
 NoteOrder closing_note_order();

@@ -26,8 +26,10 @@ inline auto parts_of(const Told& told) {
                   settings.recording, settings.timecode, settings.pan_depth,                                        //
                   clips, clips.pairing, clips.deleted, clips.fades, clips.gain, clips.long_clips,                   //
                   told.folding, told.midi, told.order,                                                              //
-                  mix.header, mix.header.tempo, mix.header.markers, mix.tracks, mix.tracks.envelopes, mix.items,
-                  mix.midi, mix.midi.colors,  //
+                  mix, mix.header, mix.header.tempo, mix.header.markers,                                            //
+                  mix.routing, mix.routing.sends, mix.routing.keys,                                                 //
+                  mix.tracks, mix.tracks.envelopes, mix.tracks.receives, mix.items,                                 //
+                  mix.midi, mix.midi.colors,                                                                        //
                   told.media);
 }
 

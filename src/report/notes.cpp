@@ -13,6 +13,7 @@ void print_groups(NoteOrder order, const Told& told) {
 
 }  // namespace
 
+void print_mix_notes(const Told& told) { print_groups(mix_note_order(), told); }
 void print_notes(const Told& told) { print_groups(run_note_order(), told); }
 void print_media_notes(const Told& told) { print_groups(media_note_order(), told); }
 void print_closing_notes(const Told& told) { print_groups(closing_note_order(), told); }

@@ -7,6 +7,8 @@
 
 namespace frt {
 
+// What can't wait: before the project is opened.
+void print_mix_notes(const Told& told);
 // From "Read:" to the plug-ins: after the project is closed, before the media step is reported.
 void print_notes(const Told& told);
 // What the media check found: after the media step is reported.

@@ -47,7 +47,6 @@ struct PluginTables {
   std::map<std::string, AaxOnlyPlugin> aax_only;
   std::map<std::string, std::string> not_installed, left_out;  // name -> the format that it needs
   std::vector<std::string> multi_mono;                         // only the first channel's settings written
-  int unresolved_keys = 0;                                     // key inputs without a source
   ByName<int> inserts;                                         // strip -> number of inserts
   bool reaper_list_found = false;                              // REAPER's own plug-in list was found
 

@@ -88,7 +88,7 @@ int add_needs_look(TextBuilder& report, const Told& told) {
                      "  %d unlinked multi-mono instance(s) - only channel 1's settings\n"
                      "  were written; check these by hand:\n",
                      plugins.multi_mono);
-  parts += add_count(report, "  %d sidechain key input(s) could not be resolved\n", plugins.unresolved_keys);
+  parts += add_count(report, "  %d sidechain key input(s) could not be resolved\n", told.mix.routing.keys.unresolved);
   parts += add_count(report, "  %d fade record(s) not understood\n", told.clips.fades.not_understood);
   parts += add_count(report, "  %d track(s) matched no strip row (appended at the end)\n", told.order.unmatched_tracks);
   parts += add_names(report, "  %d referenced audio file(s) not in \"Audio Files\" or beside it:\n",

@@ -116,8 +116,8 @@ void add_overview(TextBuilder& report, const Told& told) {
   const int tracks = told.tracks_written(), instruments = static_cast<int>(midi);
   report.print("%d tracks (%d audio/aux, %d instrument), %d clips, %d MIDI notes\n", tracks, tracks - instruments,
                instruments, told.mix.items.clips_written, told.mix.midi.notes);
-  if (told.return_tracks > 0) {
-    report.print("plus %d send-return bus track(s)\n", told.return_tracks);
+  if (told.mix.return_tracks > 0) {
+    report.print("plus %d send-return bus track(s)\n", told.mix.return_tracks);
   }
   if (told.frozen_tracks_delivered > 0) {
     report.print(

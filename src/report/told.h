@@ -50,7 +50,6 @@ struct Told {
   std::string media_folder;  // without a separator at its end
 
   // ---- counts of passes that are yet to come: 0 at rest ----
-  int sends_written = 0, return_tracks = 0;
   int stretched_clips = 0, stretched_from_session = 0;
   int frozen_tracks_delivered = 0;  // under --keep-frozen
   int stand_ins_left_out = 0;       // Avid plug-ins left in their slot under their Pro Tools name

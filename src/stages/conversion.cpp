@@ -123,6 +123,7 @@ class Conversion {
     told.mix = std::move(mix_.counts);
     told.header = &mix_.header;
     told.tracks = ordered_.tracks;
+    print_mix_notes(told);
     const MediaPlaces& places = media_->places();
     told.media_folder = folder_from_project(places.media, places.project, places.working);
     return write_output(mix_, options_, told.output_path, progress_);

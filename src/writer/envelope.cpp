@@ -28,6 +28,10 @@ std::string_view block_name(EnvelopeTarget target) {
       return "MASTERVOLENV2";
     case EnvelopeTarget::kMasterMute:
       return "MASTERMUTEENV";
+    case EnvelopeTarget::kSendVolume:
+      return "AUXVOLENV";
+    case EnvelopeTarget::kSendMute:
+      return "AUXMUTEENV";
   }
   return "";
 }
@@ -67,9 +71,10 @@ class PointValues {
   std::vector<Text> texts_;
 };
 
-void write_envelope(ProjectText& out, const Envelope& envelope, std::string_view indent) {
+// Writes the block from behind its name on.
+void write_envelope_body(ProjectText& out, const Envelope& envelope, std::string_view indent) {
   const std::string_view shape = envelope.is_switch() ? "1" : "0";  // 1 holds a value up to the next point
-  out.text(indent).text("<").text(block_name(envelope.target())).text("\n");
+  out.text("\n");
   out.text(indent).text("  ACT ").text(envelope.active ? "1" : "0").text(" -1\n");
   out.text(indent).text("  VIS 1 1 1\n");
   out.text(indent).text("  LANEHEIGHT 0 0\n");
@@ -90,7 +95,18 @@ void write_envelope(ProjectText& out, const Envelope& envelope, std::string_view
 }  // namespace
 
 void write_envelopes(ProjectText& out, std::span<const Envelope> envelopes, std::string_view indent) {
-  for (const Envelope& envelope : envelopes) write_envelope(out, envelope, indent);
+  for (const Envelope& envelope : envelopes) {
+    out.text(indent).text("<").text(block_name(envelope.target()));
+    write_envelope_body(out, envelope, indent);
+  }
+}
+
+void write_send_envelopes(ProjectText& out, std::span<const Envelope> envelopes, std::uint32_t source) {
+  constexpr std::string_view kIndent = "    ";
+  for (const Envelope& envelope : envelopes) {
+    out.text(kIndent).text("<").text(block_name(envelope.target())).text(" ").integer(source);
+    write_envelope_body(out, envelope, kIndent);
+  }
 }
 
 }  // namespace frt

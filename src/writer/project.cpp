@@ -10,6 +10,8 @@ void write_project(TextTarget& target, const Mix& mix, frtgui::Progress* progres
   ProjectText project(target);
   write_project_header(project, mix.header);
   write_tracks(project, mix.tracks, progress);
+  // Video tracks come here.
+  write_return_tracks(project, mix.returns);
   if (mix.solo_keeper) write_solo_keeper(project);
   project.text(">\n");
   project.flush();

@@ -23,6 +23,8 @@ constexpr std::uint32_t kMarker = 0x4D41524B;       // + n, from 1
 constexpr std::uint32_t kTrack = 1;                 // + i
 constexpr std::uint32_t kTrackId = 9001;            // + i
 constexpr std::uint32_t kCommentItem = 0x7C000000;  // + the track's seed
+constexpr std::uint32_t kReturnTrack = 50001;       // + j
+constexpr std::uint32_t kReturnTrackId = 60001;     // + j
 constexpr std::uint32_t kSoloKeeper = 69999;
 }  // namespace guid_seed
 

@@ -8,6 +8,7 @@
 #include "writer/comments.h"
 #include "writer/envelope.h"
 #include "writer/midi_item.h"
+#include "writer/receives.h"
 
 namespace frt {
 namespace {
@@ -46,6 +47,7 @@ int beat(Timebase timebase) {
 }
 
 constexpr int kSoloInPlace = 2;
+constexpr int kPannedApart = 6;  // a pan mode
 
 void write_group_flags(ProjectText& out, const GroupLinks& groups) {
   // Where each mask stands in REAPER's row of fields: as leader and as follower, VCA links apart.
@@ -71,6 +73,11 @@ void write_group_flags(ProjectText& out, const GroupLinks& groups) {
   out.text("\n");
 }
 
+void write_visibility_and_groups(ProjectText& out, const StripPage& page) {
+  if (page.hidden) out.text("    SHOWINMIX 0 0.6667 0.5 0 0.5 0 0 0 0\n");
+  write_group_flags(out, page.groups);
+}
+
 void write_lane_names(ProjectText& out, const OutputTrack& track) {
   if (track.lanes.empty()) return;
   out.text("    FIXEDLANES 9 0 0 0 0\n    LANESOLO 1 0 0 0 0 0 0 0\n    ITEMLANES ")
@@ -90,21 +97,47 @@ void write_track(ProjectText& out, const TrackPage& page, std::uint32_t index) {
   out.print("    VOLPAN %.6f %g -1 %.6f %.6f\n", page.volume, page.pan, page.left_pan, page.right_pan);
   out.print("    MUTESOLO %d %d %d\n    IPHASE %d\n    ISBUS %d %d\n", page.mute ? 1 : 0, page.solo ? kSoloInPlace : 0,
             page.solo_safe ? 1 : 0, page.inverted ? 1 : 0, page.folder.kind, page.folder.depth);
-  if (page.hidden) out.text("    SHOWINMIX 0 0.6667 0.5 0 0.5 0 0 0 0\n");
-  write_group_flags(out, page.groups);
-  if (page.pan_mode != PanMode::kDefault) out.print("    PANMODE %d\n", page.pan_mode == PanMode::kDual ? 6 : 3);
+  write_visibility_and_groups(out, page);
+  if (page.pan_mode != PanMode::kDefault)
+    out.print("    PANMODE %d\n", page.pan_mode == PanMode::kDual ? kPannedApart : 3);
   out.print("    FREEMODE %d\n    TRACKHEIGHT %d 0 0 0 0 0 0\n    INQ 0 0 0 0.5 100 0 0 100\n",
             track.lanes.empty() ? 0 : 2, page.height);
   out.print("    NCHAN %d\n    FX 1\n    TRACKID %s\n    MAINSEND %d 0\n", page.channels,
             make_guid(guid_seed::kTrackId + index).c_str(), page.main_send ? 1 : 0);
-
-  // Receives of keys and buses, the plug-in chain and the track's other receives come here, in this order.
+  write_bus_receives(out, page.bus_receives);
+  // The plug-in chain comes here.
+  write_send_receives(out, page.send_receives);
   if (page.silenced_take) out.text("    MUTESOLO 1 0 0\n");  // the later line holds
   write_lane_names(out, track);
   write_envelopes(out, page.envelopes, "    ");
   write_audio_items(out, track);
   write_midi_items(out, page.midi_items);
   // For a track delivered frozen its render comes here.
+  if (!page.comment.empty()) write_comment_item(out, page.comment, seed);
+  out.text("  >\n");
+}
+
+void write_return_track(ProjectText& out, const ReturnPage& page, std::uint32_t index) {
+  const std::uint32_t seed = guid_seed::kReturnTrack + index;
+  out.text("  <TRACK ").text(make_guid(seed)).text("\n    NAME ").quoted(page.name);
+  out.print("\n    PEAKCOL %lu\n    BEAT %d\n    AUTOMODE %d\n", static_cast<unsigned long>(page.color),
+            beat(Timebase::kDefault), automode(page.automation_mode));
+  out.print("    VOLPAN %.6f %g -1 ", page.volume, page.pan);
+  if (page.stereo) {
+    out.print("%.6f %.6f", page.left_pan, page.right_pan);
+  } else {
+    out.text("-1 1");
+  }
+  out.print("\n    MUTESOLO %d %d %d\n    IPHASE %d\n    ISBUS 0 0\n", page.mute ? 1 : 0, page.solo ? kSoloInPlace : 0,
+            page.solo_safe ? 1 : 0, page.inverted ? 1 : 0);
+  if (page.stereo) out.print("    PANMODE %d\n", kPannedApart);
+  write_visibility_and_groups(out, page);
+  out.print("    FREEMODE 0\n    TRACKHEIGHT %d 0 0 0 0 0 0\n    INQ 0 0 0 0.5 100 0 0 100\n", page.height);
+  out.print("    NCHAN 2\n    FX 1\n    TRACKID %s\n    MAINSEND %d 0\n",
+            make_guid(guid_seed::kReturnTrackId + index).c_str(), page.main_send ? 1 : 0);
+  // The plug-in chain comes here.
+  write_send_receives(out, page.send_receives);
+  write_envelopes(out, page.envelopes, "    ");
   if (!page.comment.empty()) write_comment_item(out, page.comment, seed);
   out.text("  >\n");
 }
@@ -120,7 +153,10 @@ void write_tracks(ProjectText& out, std::span<const TrackPage> pages, frtgui::Pr
     }
     write_track(out, pages[i], static_cast<std::uint32_t>(i));
   }
-  // Video tracks come here, then a block for each send target that is no written track.
+}
+
+void write_return_tracks(ProjectText& out, std::span<const ReturnPage> pages) {
+  for (std::size_t j = 0; j < pages.size(); ++j) write_return_track(out, pages[j], static_cast<std::uint32_t>(j));
 }
 
 void write_solo_keeper(ProjectText& out) {

@@ -64,9 +64,14 @@ NoteGroup blank_line();
 NoteGroup totals();
 
 // routing.cpp
+NoteGroup multi_mono_pairs();
 NoteGroup sends();
+NoteGroup outputs();
 NoteGroup send_settings();
 NoteGroup key_inputs();
+NoteGroup keys_left();
+NoteGroup send_automation();
+NoteGroup one_sided();
 
 // settings.cpp
 NoteGroup pan_law();
