@@ -76,6 +76,13 @@ plain
 
 // ---- rows ----
 
+TEST(Notes, APairOfKeyedPlugInsIsToldAheadOfTheRest) {
+  const auto pair = [](Scene& s) { s.told.mix.routing.multi_mono_pairs = {{"Bass", "Squash", "K.L", "K.R"}}; };
+  EXPECT_TRUE(notes_of(pair, print_mix_notes)
+                  .starts_with("  NOTE: 'Bass' carries what looks like ONE unlinked MULTI-MONO\n"
+                               "    Squash: two records, keyed off 'K.L' and 'K.R'. "));
+}
+
 TEST(Notes, RowsWithAConditionOrNamesThatNoWholeRunReaches) {
   const struct {
     const char* note;
@@ -95,6 +102,14 @@ TEST(Notes, RowsWithAConditionOrNamesThatNoWholeRunReaches) {
       {"  1 note(s) run past a clip edge; those", [](Scene& s) { s.told.midi.notes_past_edges = 1; }},
       {"-clip: 1 note(s) run past a clip edge and are CUT",
        [](Scene& s) { s.told.midi.notes_past_edges = 1, s.options.truncate_midi_to_clip = true; }},
+      {"instead of their own: Bass (2), Pad (1)\n",
+       [](Scene& s) {
+         s.told.mix.routing.keys.key_mismatch = {{"Bass", 2}, {"Pad", 1}};
+       }},
+      {"send is off on them: \"A\", \"A\", \"A\", \"A\", \"A\", \"A\", \"A\", \"A\", \"A\", \"A\", \"A\", \"A\", ...\n",
+       [](Scene& s) { s.told.mix.routing.no_output_names.assign(13, "A"); }},
+      {"  1 sidechain key inputs wired to channels 3/4\n  2 more key",
+       [](Scene& s) { s.told.mix.routing.keys.wired = 1, s.told.mix.routing.keys.more_wired = 2; }},
       {"the way down:\n      Aux\n", [](Scene& s) { s.told.mix.tracks.prefader_faders_down = {"Aux"}; }},
       {"quiet in REAPER:\n      Pad\n", [](Scene& s) { s.told.mix.tracks.prefader_kept_muted = {"Pad"}; }},
       {"-stand-ins: 0 Avid plug-in(s) left",

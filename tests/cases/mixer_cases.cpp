@@ -48,6 +48,28 @@ void sends(Scene& s) {
   s.track("Keys").fader_db(-2).pan(-40);
 }
 
+// Buses that an aux takes, whole and by a leg, and buses that nobody takes; a wide one; an output to one side; a second
+// pair of outputs; a track that plays nowhere.
+void routing(Scene& s) {
+  const AudioFile file = s.audio_file("Kick.wav", 48000);
+  s.file("Audio Files/Kick.wav");
+  s.bus("Drums", {1, 2}).bus("Verb", {3, 4}).bus("Verb.L", {3}).bus("Free", {5, 6}).bus("5.0", {7, 8, 9, 10, 11});
+  s.bus("Pair", {12, 13}).bus("Pair.L", {12}).bus("Pair.R", {13});
+  s.io_path(PathKind::kOutput, "Out / 1-2", {1, 2}).io_path(PathKind::kLegs, "Synth 3-4", {1, 2});
+  s.track("Kick").output("Drums").mute().send(Send("Verb", -6).pre_fader().pan(-50)).clip(file);
+  s.track("Clap").output("Drums").send(Send("Verb.L", 0).off()).send("Cue", -10, {{48000, -20}, {96000, -30}});
+  s.stereo_track("Loop").output("Free").send(Send("Cue", 0).pan(-20, 60).pan_points({{48000, 10}})).send("Pair", -3);
+  s.track("Side").output("Out / 2");
+  s.track("Notes").no_output().send(Send("Cue", -40).mute_points({{24000, 1}, {48000, 0}}));
+  s.instrument("Synth").input_bus("Synth 3-4");
+  s.aux("Synth out").takes_legs_of("Synth 3-4");
+  s.aux("Drum bus").input_bus("Drums").output("5.0");
+  s.aux("Plate").input_bus("Verb");
+  s.aux("Left").input_bus("Pair.L");
+  s.aux("Right").input_bus("Pair.R");
+  s.aux("Sub").input_bus("5.0").output("Nowhere");
+}
+
 }  // namespace
 
 std::vector<Case> mixer_cases() {
@@ -55,6 +77,7 @@ std::vector<Case> mixer_cases() {
       {"track_states", {"Song.ptx", "--comments", "item"}, states},
       {"kinds_of_strips", {"Song.ptx", "--comments", "none", "--report"}, kinds},
       {"automation", {"Song.ptx", "--comments", "item"}, automation},
+      {"routing", {"Song.ptx", "--report"}, routing},
       {"list",
        {"Song.ptx", "--list", "--usage-json", "usage.json"},
        [](Scene& s) {

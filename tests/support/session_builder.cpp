@@ -586,7 +586,7 @@ void SessionBuilder::write_lanes(BlockWriter& w, const Track& track, const Send*
   };
   const auto trim = [&] { write_lane(w, 0, send ? none : track.trim, Unit::kTenths, ticks); };
   write_lane(w, tenths(send ? send->db : track.fader), send ? send->level : track.volume, Unit::kTenths, ticks);
-  write_lane(w, !send && track.is_muted, send ? send->mutes : track.mutes, Unit::kWhole, ticks);
+  write_lane(w, send ? send->is_off : track.is_muted, send ? send->mutes : track.mutes, Unit::kWhole, ticks);
   if (layout.lanes == LaneLayout::kPlain) {
     for (unsigned side = 0; side < std::min(track.channels, 2U); ++side) pan(side);
   } else {

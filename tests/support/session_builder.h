@@ -112,11 +112,12 @@ struct Send {
   Automation level, mutes, pans, right_pans;
   int left_pan = 0, right_pan = 0;  // of a mono track's send the left one only
   bool panned = false;              // else in the middle, or hard left and right
-  bool post = true;
+  bool post = true, is_off = false;
 
   Send(std::string its_bus, double its_db, Automation its_level = {})
       : bus(std::move(its_bus)), db(its_db), level(std::move(its_level)) {}
   Send& pre_fader() { return post = false, *this; }
+  Send& off() { return is_off = true, *this; }
   Send& pan(int left, int right = 0) { return left_pan = left, right_pan = right, panned = true, *this; }
   Send& mute_points(Automation points) { return mutes = std::move(points), *this; }
   Send& pan_points(Automation points) { return pans = std::move(points), *this; }
