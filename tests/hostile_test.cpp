@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <functional>
 
 #include "run/text_output.h"
 #include "stages/conversion.h"
@@ -66,6 +67,8 @@ TEST(SlowHostileSession, EveryCutAndEveryChangedByteOfTheTablesIsRead) {
   SessionBuilder s;
   s.layout.saved_by_at_end = false;
   s.track("Vox").clip(s.audio_file("Vox.wav", 9)).sync(3).gain_db(-1).and_at({70});
+  s.bus("Verb", {3, 4}).io_path(PathKind::kLegs, "Pair", {1});
+  s.aux("Reverb").send("Pair", -3, {{0, -6}}).input_bus("Verb").takes_legs_of("Pair");
   s.midi_track("Keys").midi_clip("riff", 0, 8000, {{0, 10}, {960, 40}});
   BlockWriter w;
   for (int i = 0; i < 2; ++i) {
@@ -126,6 +129,31 @@ TEST(SlowHostileSession, BlocksThatOverlapWithoutEnd) {
       w.u8('Z').u16(1).u32(static_cast<std::uint32_t>(end - at - 7)).u16(type).u32(3).raw("Gtr").zeros(4);
     }
     expect_within_limits(session_with(w.take()), "overlapping");
+  }
+}
+
+TEST(SlowHostileSession, RowsMixesAndPathsInsideEachOther) {
+  const std::size_t start = small_session().image().size(), end = start + 1'000'000;
+  // A block that reaches to the end of the file.
+  const auto open = [&](BlockWriter& w, unsigned type) {
+    w.u8('Z').u16(1).u32(static_cast<std::uint32_t>(end - start - w.size() - 4)).u16(type);
+  };
+  const auto level = [](BlockWriter& w) { w.open(0x1029).zeros(155).close(); };
+  const auto lane = [](BlockWriter& w) { w.open(0x260a).zeros(16).u16(1).zeros(18).close(); };
+  const auto name = [](BlockWriter& w) { w.open(0x2619).text("Gtr").close(); };
+  const std::pair<const char*, std::function<void(BlockWriter&)>> units[] = {
+      {"rows", [&](BlockWriter& w) { open(w, 0x261b), name(w), lane(w), w.u32(2).raw("a\x01"); }},
+      {"rows and mixes", [&](BlockWriter& w) { open(w, 0x2621), open(w, 0x260d), level(w), name(w), lane(w); }},
+      {"slots", [&](BlockWriter& w) { open(w, 0x261b), name(w), open(w, 0x260d), level(w), open(w, 0x260e); }},
+      {"panners",
+       [&](BlockWriter& w) { open(w, 0x260d), open(w, 0x261b), name(w), open(w, 0x260c), lane(w), lane(w); }},
+      {"paths", [&](BlockWriter& w) { open(w, 0x1021), w.u8(6).u8(0).text("Gtr").u32(0).u16(42); }},
+      {"MIDI rows", [&](BlockWriter& w) { open(w, 0x2620), open(w, 0x2611), name(w), lane(w); }},
+  };
+  for (const auto& [what, unit] : units) {
+    BlockWriter w;
+    while (start + w.size() < end - 1000) unit(w);
+    expect_within_limits(session_with(w.zeros(end - start - w.size()).take()), what);
   }
 }
 

@@ -85,6 +85,37 @@ const Seed kSeeds[] = {
        s.midi_track("Keys").midi_clip("Keys-01", 0, 4 * kQuarter, {{0, kQuarter}, {kQuarter, kQuarter / 2, 64, 90}});
        s.instrument("Pad").hide();
      }},
+    {"routes",
+     [](SessionBuilder& s) {
+       s.bus("Verb", {3, 4}).bus("Verb.L", {3}).io_path(PathKind::kOutput, "Out / 1-2", {1, 2});
+       s.io_path(PathKind::kLegs, "Pair", {1});
+       small_track(s).output("Out / 2").send(Send("Verb", -6).pre_fader().pan_points({{0, 30}, {4800, -30}}));
+       s.stereo_track("Gtr").no_output().send(Send("Verb", 0, {{0, -6}}).pan(-90, 80).mute_points({{0, 1}}));
+       s.aux("Reverb").input_bus("Verb").takes_legs_of("Pair").volume_points({{0, -3}});
+       s.aux("Source").input_bus("Pair").output("Verb.L");
+       s.midi_track("Keys").mute_points({{0, 1}, {4800, 0}}).volume_points({{0, 90}});
+     }},
+    {"panners",
+     [](SessionBuilder& s) {
+       s.layout.lanes = LaneLayout::kPanners;
+       s.layout.row_names = false;
+       s.bus("Verb", {3, 4, 5});
+       small_track(s).send("Verb", -6).pan_points({{0, 30}});
+       s.stereo_track("Gtr").output("Verb").send("Verb", -6).right_pan_points({{0, 30}});
+       s.aux("Reverb").input_bus("Verb");
+     }},
+    {"no_trim",
+     [](SessionBuilder& s) {
+       s.layout.lanes = LaneLayout::kPanGroupsNoTrim;
+       small_track(s);
+       s.stereo_track("Gtr").send("Verb", -6);
+     }},
+    {"plain_lanes",
+     [](SessionBuilder& s) {
+       s.layout.lanes = LaneLayout::kPlain;
+       small_track(s).trim_points({{0, -3}});
+       s.stereo_track("Gtr").send("Verb", -6);
+     }},
     {"rows_2024",
      [](SessionBuilder& s) {
        s.layout.row_entry = 72;
