@@ -25,9 +25,10 @@ class SendRouter {
     sends_.prefader_source.resize(tracks);
   }
 
-  void route(const TrackRouting& row, const SendRecord& send, std::optional<bool> stereo_source) {
+  // `stereo` is null where the row has no strip that tells it.
+  void route(const TrackRouting& row, const SendRecord& send, const bool* stereo) {
     const std::string_view target = target_of(send.bus);
-    const double pan = pan_of(row, send, stereo_source);
+    const double pan = pan_of(row, send, stereo ? *stereo : send.right_pan != 0);
     std::optional<TrackIndex> source = ends_.source(row.display_name);
     if (!source) return;
     const std::size_t cost = 1 + send.volume_lane.points.size() + send.mute_lane.points.size();
@@ -53,12 +54,12 @@ class SendRouter {
   }
 
   // REAPER gives a send one pan knob, Pro Tools gives a stereo one two.
-  double pan_of(const TrackRouting& row, const SendRecord& send, std::optional<bool> stereo_source) {
+  double pan_of(const TrackRouting& row, const SendRecord& send, bool stereo) {
     constexpr std::int32_t kFar = 100;
     if (send.pan_count < 2) return 0;
     SendCounts& counts = sends_.counts;
     if (send.first_pan_lane.moves() || send.second_pan_lane.moves()) ++counts.pan_lanes_left;
-    if (stereo_source.value_or(send.right_pan != 0)) {
+    if (stereo) {
       const bool moved = send.left_pan != -kFar || send.right_pan != kFar;
       if (moved && centered_.insert(row.display_name).second) counts.centered.emplace_back(row.display_name);
       return 0;
@@ -77,12 +78,12 @@ class SendRouter {
 }  // namespace
 
 Sends route_sends(const Mixer& mixer, const BusMaps& buses, const RouteEnds& ends, std::size_t tracks) {
-  const StereoStrips stereo = stereo_strips(mixer.strips);
+  const StereoStrips strips = stereo_strips(mixer.strips);
   SendRouter router(buses, ends, tracks);
   for (const TrackRouting& row : mixer.routing) {
-    const auto strip = stereo.find(row.display_name);
-    const std::optional<bool> stereo_source = strip == stereo.end() ? std::nullopt : std::optional(strip->second);
-    for (const SendRecord& send : row.sends) router.route(row, send, stereo_source);
+    const auto strip = strips.find(row.display_name);
+    const bool* stereo = strip == strips.end() ? nullptr : &strip->second;
+    for (const SendRecord& send : row.sends) router.route(row, send, stereo);
   }
   return router.take();
 }
