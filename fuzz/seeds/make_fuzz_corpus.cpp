@@ -116,6 +116,22 @@ const Seed kSeeds[] = {
        small_track(s).trim_points({{0, -3}});
        s.stereo_track("Gtr").send("Verb", -6);
      }},
+    {"midi_data",
+     [](SessionBuilder& s) {
+       s.midi_device("Sampler 1", true).color_coding(1, 1);
+       Track& keys =
+           s.instrument("Keys").instrument_id(77).patch(5).real_time_properties({1, 2, 50, 10, -240, true, true});
+       keys.midi_clip("Keys-01", 0, kQuarter, {{0, kQuarter}, {kQuarter, kQuarter / 2, 64, 90}})
+           .controller(7, {{0, 100}})
+           .pitch_bend({{0, -8192}})
+           .aftertouch({{0, 20}})
+           .sysex(0, "\x7e\x7f")
+           .color(31)
+           .lock();
+       keys.midi_clip("Keys-02", kQuarter / 2, kQuarter, {{0, kQuarter}});
+       s.midi_track("Bass").plays_device(1).midi_clip("Low", 0, kQuarter, {{0, kQuarter}});
+       s.midi_track("Cues").instrument_id(77).sample_based_midi().midi_clip("Hit", 48000, 24000, {{0, 12000}});
+     }},
     {"rows_2024",
      [](SessionBuilder& s) {
        s.layout.row_entry = 72;

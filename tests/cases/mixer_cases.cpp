@@ -39,6 +39,30 @@ void automation(Scene& s) {
   s.track("Steps").tick_based().volume_points({{kQuarter, -3}, {2 * kQuarter, 0}});
 }
 
+// MIDI clips with everything beside notes, on tracks that set, shift and send it; a sample-based one; tracks that play
+// instruments elsewhere.
+void midi(Scene& s) {
+  constexpr std::uint64_t kSixteenth = kQuarter / 4;
+  s.color_coding(1, 1).midi_device("Sampler 1", true).midi_device("Port A", false);
+  Track& keys = s.instrument("Keys").instrument_id(77).patch(5).midi_levels(90, 30);
+  keys.midi_clip("Ends", 0, kQuarter, {{0, kQuarter / 2}, {kQuarter / 2, kQuarter, 64, 90}, {2 * kQuarter, 480, 67, 1}})
+      .controller(7, {{0, 100}, {kQuarter / 2, 80}})
+      .pitch_bend({{0, -8192}, {kSixteenth, 9000}})
+      .aftertouch({{kSixteenth, 200}})
+      .sysex(0, "\x7e\x7f")
+      .sysex(kQuarter, "late")
+      .color(31)
+      .lock();
+  keys.midi_clip("Muted", 3 * kQuarter, kQuarter, {{0, kQuarter}, {kQuarter, 400, 61}}).color(2).mute();
+  Track& bass = s.midi_track("Bass").plays_device(1);
+  bass.real_time_properties({-1, 2, 50, 10, -240, true, true});
+  bass.midi_clip("Low", 0, 2 * kQuarter, {{0, kQuarter, 4, 1}, {kQuarter, kQuarter, 40, 127}});
+  s.midi_track("Pads").instrument_id(77).midi_clip("Pad-01", kQuarter, kQuarter, {{0, kQuarter}});
+  s.midi_track("Port").plays_device(2).instrument_id(78).mute();
+  s.midi_track("Lost").instrument_id(78);
+  s.midi_track("Cues").sample_based_midi().midi_clip("Hit", 48000, 24000, {{0, 12000}, {12000, 24000}});
+}
+
 // A send whose level is drawn so finely that the next one's record stands far behind it.
 void sends(Scene& s) {
   Automation drawn;
@@ -76,6 +100,7 @@ std::vector<Case> mixer_cases() {
   return {
       {"track_states", {"Song.ptx", "--comments", "item"}, states},
       {"kinds_of_strips", {"Song.ptx", "--comments", "none", "--report"}, kinds},
+      {"midi", {"Song.ptx", "--dump-cc", "--report"}, midi, kTables},
       {"automation", {"Song.ptx", "--comments", "item"}, automation},
       {"routing", {"Song.ptx", "--report"}, routing},
       {"list",

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <fstream>
 #include <map>
 #include <stdexcept>
@@ -97,7 +98,12 @@ Playlist& Track::playlist(std::string playlist_name) {
 }
 
 MidiClip& Track::midi_clip(std::string clip_name, std::uint64_t start, std::uint64_t length, std::vector<Note> notes) {
-  return midi_clips.emplace_back(MidiClip{std::move(clip_name), start, length, std::move(notes)});
+  MidiClip& clip = midi_clips.emplace_back();
+  clip.name = std::move(clip_name);
+  clip.start = start;
+  clip.length = length;
+  clip.notes = std::move(notes);
+  return clip;
 }
 
 Track& SessionBuilder::add(TrackKind kind, std::string name, unsigned channels) {
@@ -259,7 +265,13 @@ std::vector<std::uint8_t> SessionBuilder::image() const {
   write_track_list(w, tables);
   write_midi(w);
   write_tempo_and_meter(w);
+  write_midi_devices(w);
   write_rows(w, tables);
+  write_real_time_properties(w);
+  if (color_coding_) {
+    w.open(0x20a2, 8).open(0x2011, 2).zeros(19).close().u8(color_coding_->first).u8(0).u8(color_coding_->second);
+    w.zeros(8).close();
+  }
   for (const auto& [type, bytes] : payloads_) w.leaf(type, bytes);
   write_grid(w);
   write_locations(w);
@@ -515,6 +527,21 @@ void SessionBuilder::write_midi(BlockWriter& w) const {
     for (const Note& note : clip->notes) {
       w.u40(note.position).zeros(3).u8(note.note).u40(note.length).zeros(3).u8(note.velocity).u8(64).zeros(16);
     }
+    for (const MidiStream& stream : clip->streams) {
+      w.raw("MdCDS").u16(3).u32(0).raw("Mdss").u16(2).u32(2).u8(stream.kind).u8(stream.controller);
+      w.raw("MdCDB").u16(3).zeros(3).u32(static_cast<std::uint32_t>(stream.events.size()));
+      for (const auto& [at, value] : stream.events) w.u40(at).zeros(3).i32(value);
+    }
+    if (!clip->sysex_events.empty()) {
+      std::uint32_t size = 4;
+      for (const auto& event : clip->sysex_events) size += 19 + static_cast<std::uint32_t>(event.second.size());
+      w.raw("MdESL").u16(3).zeros(3).raw("MdTEL").u16(1).u32(size);
+      w.u32(static_cast<std::uint32_t>(clip->sysex_events.size()));
+      for (const auto& [at, bytes] : clip->sysex_events) {
+        const auto payload = static_cast<std::uint32_t>(bytes.size());
+        w.u40(at).zeros(3).u8(1).u8(0).u32(payload + 5).u8(0).text(bytes);
+      }
+    }
     w.zeros(35);  // the end of the notes is looked for that far ahead
   }
   w.close();
@@ -530,12 +557,52 @@ void SessionBuilder::write_midi(BlockWriter& w) const {
     if (track.kind != TrackKind::kMidi && track.kind != TrackKind::kInstrument) continue;
     w.open(0x1057, 3).text(track.name).u32(static_cast<std::uint32_t>(track.midi_clips.size()));
     for (const MidiClip& clip : track.midi_clips) {
-      w.open(0x1056).open(0x104f, 10).u8(clip.is_muted).u8(0).u32(number++).u8(0).u40(clip.start + kTickOrigin);
-      w.zeros(3).u8(3).i16(-2).zeros(4).fill(8, 0xff).zeros(5).close().close();
+      w.open(0x1056).open(0x104f, 10).u8(clip.is_muted).u8(0).u32(number++).u8(0);
+      w.u40(clip.start + (track.midi_in_samples ? 0 : kTickOrigin)).zeros(3).u8(3).i16(clip.palette).zeros(4);
+      w.fill(8, 0xff).u8(clip.is_locked).zeros(4).close().close();
     }
     w.u8(2).u8(0).close();
   }
   w.close();
+}
+
+// Devices nest the blocks of their name, their port and their plug-in in each other.
+void SessionBuilder::write_midi_devices(BlockWriter& w) const {
+  if (midi_devices_.empty()) return;
+  w.open(0x2004).u32(static_cast<std::uint32_t>(midi_devices_.size()));
+  for (const auto& [name, is_plugin] : midi_devices_) {
+    w.open(0x2005).zeros(8).open(0x2006, 3).fill(2, 0xff).text(name).u8(0).open(0x2086, 2).u8(0).text(name).u32(0);
+    w.open(0x208c).zeros(2).text(name).u8(1);
+    if (is_plugin) w.open(0x2097, 4).zeros(29).close();
+    w.close().close().close().close();
+  }
+  w.close();
+}
+
+// A block for each MIDI strip, by row, and the session's own behind them.
+void SessionBuilder::write_real_time_properties(BlockWriter& w) const {
+  std::vector<RealTime> strips;
+  bool any = false;
+  for (const Track& track : tracks_) {
+    if (track.kind != TrackKind::kMidi && track.kind != TrackKind::kInstrument) continue;
+    any |= track.real_time.has_value();
+    strips.push_back(track.real_time.value_or(RealTime{}));
+  }
+  if (!any) return;
+  strips.emplace_back();
+  for (const RealTime& p : strips) {
+    const int delay = p.delay_ticks.value_or(0);
+    w.open(0x2502).zeros(2).u8(p.quantize).zeros(77).u8(p.duration).zeros(43);
+    w.u8(p.delay_ticks.has_value())
+        .u8(delay < 0)
+        .u8(0)
+        .u32(static_cast<std::uint32_t>(std::abs(delay) * 1000))
+        .zeros(8);
+    w.u8(p.velocity_percent || p.velocity_offset).u8(static_cast<unsigned>(p.velocity_percent.value_or(100))).u8(0);
+    w.number(static_cast<std::uint64_t>(p.velocity_offset.value_or(0)), 1).zeros(4);
+    w.u8(p.octaves || p.semitones).u8(0).number(static_cast<std::uint64_t>(p.octaves.value_or(0)), 1);
+    w.number(static_cast<std::uint64_t>(p.semitones.value_or(0)), 1).close();
+  }
 }
 
 void SessionBuilder::write_tempo_and_meter(BlockWriter& w) const {
@@ -724,7 +791,10 @@ void SessionBuilder::write_row(BlockWriter& w, const Tables& tables, std::size_t
       w.open(track.kind == TrackKind::kMidi ? kMidiRow : kInstrumentRow, 9);
       strip(track.kind == TrackKind::kInstrument);
       track_data(0x2010);
-      w.open(0x2611).open(0x2036, 4).u32(100).u32(track.is_muted).u32(64).u32(0).u8(0x80).zeros(17).close();
+      w.open(0x2611).open(0x2036, 4).u32(track.midi_fader).u32(track.is_muted).u32(track.midi_pan);
+      w.u32(track.midi_device).u8(track.midi_program < 0 ? 0x80U : static_cast<unsigned>(track.midi_program)).zeros(17);
+      if (track.midi_instrument != 0) w.u32(1).zeros(17).u32(42).u64(track.midi_instrument);
+      w.close();
       write_lane(w, track.is_muted, track.mutes, Unit::kWhole, track.in_ticks);
       w.close();
       if (track.kind == TrackKind::kMidi && !track.volume.empty()) {

@@ -15,6 +15,7 @@
 #include <array>
 #include <cstdint>
 #include <deque>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -94,11 +95,35 @@ struct Note {
   std::uint8_t note = 60, velocity = 100;
 };
 
+// Controllers, pitch bend or aftertouch of a MIDI clip.
+struct MidiStream {
+  std::uint8_t kind = 0, controller = 0;
+  std::vector<std::pair<std::uint64_t, std::int32_t>> events;  // position as of a note, value
+};
+
 struct MidiClip {
   std::string name;
-  std::uint64_t start = 0, length = 0;  // ticks
+  std::uint64_t start = 0, length = 0;  // ticks; samples on a sample-based track
   std::vector<Note> notes;
-  bool is_muted = false;
+  bool is_muted = false, is_locked = false;
+  int palette = -2;
+  std::vector<MidiStream> streams;
+  std::vector<std::pair<std::uint64_t, std::string>> sysex_events;
+
+  using Events = std::vector<std::pair<std::uint64_t, std::int32_t>>;
+  MidiClip& mute() { return is_muted = true, *this; }
+  MidiClip& lock() { return is_locked = true, *this; }
+  MidiClip& color(int palette_index) { return palette = palette_index, *this; }
+  MidiClip& controller(std::uint8_t number, Events events) { return streams.push_back({2, number, events}), *this; }
+  MidiClip& pitch_bend(Events events) { return streams.push_back({1, 0, std::move(events)}), *this; }
+  MidiClip& aftertouch(Events events) { return streams.push_back({4, 0, std::move(events)}), *this; }
+  MidiClip& sysex(std::uint64_t at, std::string bytes) { return sysex_events.emplace_back(at, bytes), *this; }
+};
+
+// Real-Time Properties of a MIDI strip; those given are on.
+struct RealTime {
+  std::optional<int> octaves, semitones, velocity_percent, velocity_offset, delay_ticks;
+  bool quantize = false, duration = false;
 };
 
 enum class TrackKind { kAudio, kAux, kMaster, kVca, kMidi, kInstrument, kVideo, kBasicFolder };
@@ -151,6 +176,12 @@ struct Track {
   std::vector<std::uint8_t> plugin_state_;
   std::deque<Playlist> playlists;  // the first is the one that plays
   std::deque<MidiClip> midi_clips;
+  int midi_program = -1;
+  unsigned midi_fader = 100, midi_pan = 64;
+  std::uint32_t midi_device = 0;      // number of the device it plays, from 1
+  std::uint64_t midi_instrument = 0;  // an instrument's id, or that of the instrument a MIDI track plays
+  bool midi_in_samples = false;
+  std::optional<RealTime> real_time;
 
   Track& fader_db(double db) { return fader = db, *this; }
   Track& pan(int left, int right = 0) { return left_pan = left, right_pan = right, *this; }
@@ -181,6 +212,14 @@ struct Track {
   // A path of the session: what the track takes in; where the leg route leads to that its source takes in.
   Track& input_bus(std::string path) { return input_path = std::move(path), *this; }
   Track& takes_legs_of(std::string path) { return leg_path = std::move(path), *this; }
+  Track& patch(int program) { return midi_program = program, *this; }
+  Track& midi_levels(unsigned fader_value, unsigned pan_value) {
+    return midi_fader = fader_value, midi_pan = pan_value, *this;
+  }
+  Track& plays_device(std::uint32_t number) { return midi_device = number, *this; }
+  Track& instrument_id(std::uint64_t id) { return midi_instrument = id, *this; }
+  Track& sample_based_midi() { return midi_in_samples = true, *this; }
+  Track& real_time_properties(RealTime properties) { return real_time = properties, *this; }
   // Bytes of a plug-in's state, opaque; they make a session as heavy as real ones are.
   Track& plugin_state(std::vector<std::uint8_t> bytes) { return plugin_state_ = std::move(bytes), *this; }
 
@@ -277,6 +316,14 @@ class SessionBuilder {
     return io_path(PathKind::kBus, std::move(name), std::move(channels));
   }
 
+  SessionBuilder& midi_device(std::string name, bool is_plugin) {
+    return midi_devices_.emplace_back(std::move(name), is_plugin), *this;
+  }
+  // By what tracks and clips without a colour of their own are coloured.
+  SessionBuilder& color_coding(std::uint8_t of_tracks, std::uint8_t of_clips) {
+    return color_coding_ = {of_tracks, of_clips}, *this;
+  }
+
   Location& marker(std::string name, std::uint64_t at);
   Location& region(std::string name, std::uint64_t start, std::uint64_t end);
 
@@ -315,6 +362,8 @@ class SessionBuilder {
   void write_placements(BlockWriter& w, const Tables& tables) const;
   void write_track_list(BlockWriter& w, const Tables& tables) const;
   void write_midi(BlockWriter& w) const;
+  void write_midi_devices(BlockWriter& w) const;
+  void write_real_time_properties(BlockWriter& w) const;
   void write_tempo_and_meter(BlockWriter& w) const;
   void write_rows(BlockWriter& w, const Tables& tables) const;
   void write_row(BlockWriter& w, const Tables& tables, std::size_t index) const;
@@ -344,6 +393,8 @@ class SessionBuilder {
   std::deque<Track> tracks_;
   std::deque<Location> locations_;
   std::vector<IoPath> paths_;
+  std::vector<std::pair<std::string, bool>> midi_devices_;
+  std::optional<std::pair<std::uint8_t, std::uint8_t>> color_coding_;
   std::vector<std::pair<std::uint16_t, std::vector<std::uint8_t>>> payloads_;
 };
 
