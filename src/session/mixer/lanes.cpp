@@ -231,8 +231,7 @@ int strip_width_code(const SessionImage& image, std::uint64_t row_start, std::ui
 
 // Volume and mute stand first, or free. Of the groups of a stereo strip's send, each of which can hold a panner, the
 // first lane is the channel's pan; a second that rests elsewhere than hard left and right makes the send a single one.
-void read_send_lanes(const SessionImage& image, const FlatBlock& mix, const SendRow& row, FirstFit& any_block,
-                     SendRecord& send) {
+void read_send_lanes(const SessionImage& image, const FlatBlock& mix, RowWidth& row, SendRecord& send) {
   constexpr double kHardLeft = -100, kHardRight = 100;
   const ByteView bytes = image.bytes();
   const LaneSet lanes = collect_lanes(image, mix.start, mix.end());
@@ -264,7 +263,7 @@ void read_send_lanes(const SessionImage& image, const FlatBlock& mix, const Send
   if (pair && groups[0].size() > 1 && groups[1].size() > 1)
     default_pair = initial_of(bytes, groups[0][1]) == kHardLeft && initial_of(bytes, groups[1][1]) == kHardRight;
   if (!groups[0].empty()) first_pan(groups[0].front());
-  const int width = strip_width_code(image, row.start, row.end, any_block);
+  const int width = row.code();
   if (width == 1 && !default_pair) return;
   if (width == 1 && pair && !groups[1].empty()) {
     second_pan(groups[1].front());

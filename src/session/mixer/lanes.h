@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -38,12 +39,25 @@ int strip_width_code(const SessionImage& image, std::uint64_t row_start, std::ui
 // pan, and the resting fader, which the volume lane knows better than the level record.
 void read_strip_lanes(const SessionImage& image, std::vector<StripRecord>& strips);
 
-// Gives a send the lanes of its mix, which stands in the row, and its pans.
-struct SendRow {
-  std::uint64_t start = 0, end = 0;
+// The width code of one row, worked out once however many sends ask.
+class RowWidth {
+ public:
+  RowWidth(const SessionImage& image, std::uint64_t row_start, std::uint64_t row_end, FirstFit& any_block)
+      : image_(image), row_start_(row_start), row_end_(row_end), any_block_(any_block) {}
+  int code() {
+    if (!code_) code_ = strip_width_code(image_, row_start_, row_end_, any_block_);
+    return *code_;
+  }
+
+ private:
+  const SessionImage& image_;
+  std::uint64_t row_start_, row_end_;
+  FirstFit& any_block_;
+  std::optional<int> code_;
 };
-void read_send_lanes(const SessionImage& image, const FlatBlock& mix, const SendRow& row, FirstFit& any_block,
-                     SendRecord& send);
+
+// Gives a send the lanes of its mix, and its pans.
+void read_send_lanes(const SessionImage& image, const FlatBlock& mix, RowWidth& row, SendRecord& send);
 
 // The strips with mixer data whose lanes fit neither a mono nor a stereo strip, or which the edit window shows as
 // wider. A strip without any lane tells nothing of its width and is not among them, nor is one of one side.

@@ -98,11 +98,12 @@ class RowReader {
   // Fills in what the row's mixes and its input tell. False if the image's rows hold too much.
   bool read(TrackRouting& row) {
     const auto mixes = image_.of_type(content::kMixGroup, row.row_start + 1, row.row_end);
+    RowWidth width(image_, row.row_start, row.row_end, any_block_);
     bool own = true;
     std::uint64_t searched = row.row_start;  // for the input
     for (const std::uint32_t i : mixes) {
       const FlatBlock& mix = image_.block(i);
-      if (!allowance_.take(7 + std::uint64_t{mix.size}) || !read_mix(mix, own, row)) return false;
+      if (!allowance_.take(7 + std::uint64_t{mix.size}) || !read_mix(mix, own, width, row)) return false;
       own = false;
       if (!find_input(searched, mix.start + 1, row)) return false;
       searched = std::max(searched, mix.end());
@@ -113,7 +114,7 @@ class RowReader {
  private:
   static constexpr std::uint64_t kTimes = 3, kSlack = 65536;
 
-  bool read_mix(const FlatBlock& mix, bool own, TrackRouting& row) {
+  bool read_mix(const FlatBlock& mix, bool own, RowWidth& width, TrackRouting& row) {
     const FlatBlock* level = image_.at(mix.start + mix_layout::kLevel);
     if (!level || level->content_type != content::kLevelRecord) return true;
     const auto fader = read_level(image_.bytes(), *level);
@@ -137,7 +138,7 @@ class RowReader {
       send.bus = target;
       send.level_db = *fader / 10.0;
       send.post_fader = image_.bytes().u8(level->start + level_layout::kFlag) == std::uint8_t{1};
-      read_send_lanes(image_, mix, {row.row_start, row.row_end}, any_block_, send);
+      read_send_lanes(image_, mix, width, send);
       row.sends.push_back(std::move(send));
     }
     return true;
