@@ -220,7 +220,7 @@ TEST(OneSidedOutputs, OneChannelOfAPairIsASide) {
   BlockWriter w;
   const auto row = [&](std::string_view name, const char* output) {
     open_row(w, name);
-    mix(w, output);
+    mix(w, output, [&] { lane(w, 0), lane(w, 0), lane(w, 0); });
     w.close();
   };
   path(w, {"Out / 1-2", 1, 1, {1, 2}});
@@ -238,7 +238,11 @@ TEST(OneSidedOutputs, OneChannelOfAPairIsASide) {
   row("no number", "Out / 1x");
   row("too great a number", "Out / 18446744073709551617");
   row("nothing behind", "Out / ");
-  EXPECT_EQ(tables_of(w).rows("one-sided outputs"), "\"by its number\" right\n\"left\" left\n\"right\" right");
+  const test::Tables tables = tables_of(w);
+  EXPECT_EQ(tables.rows("one-sided outputs"), "\"by its number\" right\n\"left\" left\n\"right\" right");
+  // Three lanes are no mono strip's and no stereo one's; but where the side is known, nothing is in doubt.
+  EXPECT_EQ(tables.count("unusual strips", "lanes=3"), 6U);
+  EXPECT_EQ(tables.count("unusual strips", "\"left\""), 0U);
 }
 
 // The same mixer comes out of every layout of its lanes; panners say nothing of a trim.

@@ -703,6 +703,24 @@ TEST(Lanes, GroupsAndWidthTellWhatTheyDrive) {
 15: "no lane" 0 dB pan=0 pan_groups=0)");
 }
 
+TEST(Lanes, AStripIsUnusualByItsLanesItsGroupsOrTheEditWindow) {
+  BlockWriter w;
+  w.open(0x2519);
+  table_entry(w, "wide in the window");
+  table_entry(w, "by place, wide in the window");
+  w.close();
+  grouped(w, "two pans", 2, 2, {1, 1});
+  grouped(w, "three pans", 0, 2, {1, 1, 1});
+  grouped(w, "wide in the window", 0, 2, {1, 1});
+  grouped(w, "no lane", 2, 0, {0, 0, 0});
+  grouped(w, "panners", 2, 3, {2, 2});
+  row(w, "by place, wide in the window", {}, {{1}, {2}, {3}, {4}});
+  row(w, "three", {}, {{1}, {2}, {3}});
+  EXPECT_EQ(
+      tables_of(w).rows("unusual strips"),
+      "0: \"three pans\" lanes=5\n1: \"wide in the window\" lanes=4\n2: \"panners\" lanes=3\n3: \"three\" lanes=3");
+}
+
 TEST(Lanes, ATooSmallLaneInTheSecondGroupMakesNoSecondChannel) {
   for (const std::size_t size : {31u, 32u}) {
     BlockWriter w;

@@ -39,6 +39,20 @@ void automation(Scene& s) {
   s.track("Steps").tick_based().volume_points({{kQuarter, -3}, {2 * kQuarter, 0}});
 }
 
+// Strips without trim lanes, whose groups tell mono from stereo; MIDI tracks, of which mute alone is carried.
+void automation_without_trim(Scene& s) {
+  s.layout.lanes = LaneLayout::kPanGroupsNoTrim;
+  s.track("Lead").fader_db(-6).pan(20).pan_points({{24000, -50}});
+  s.stereo_track("Pads").pan(-80, 100).volume_points({{0, -6}});
+  s.stereo_track("Side").output("Out / 1").right_pan_points({{0, 30}});
+  s.io_path(PathKind::kOutput, "Out / 1-2", {1, 2});
+  s.midi_track("Keys")
+      .mute_points({{0, 1}, {48000, 0}})
+      .volume_points({{0, 90}})
+      .midi_clip("riff", 0, kQuarter, {{0, kQuarter / 2}});
+  s.midi_track("Bells").mute().midi_clip("ding", 0, kQuarter, {{0, kQuarter / 2}});
+}
+
 // MIDI clips with everything beside notes, on tracks that set, shift and send it; a sample-based one; tracks that play
 // instruments elsewhere.
 void midi(Scene& s) {
@@ -102,6 +116,7 @@ std::vector<Case> mixer_cases() {
       {"kinds_of_strips", {"Song.ptx", "--comments", "none", "--report"}, kinds},
       {"midi", {"Song.ptx", "--dump-cc", "--report"}, midi, kTables},
       {"automation", {"Song.ptx", "--comments", "item"}, automation},
+      {"automation_without_trim", {"Song.ptx"}, automation_without_trim},
       {"routing", {"Song.ptx", "--report"}, routing},
       {"list",
        {"Song.ptx", "--list", "--usage-json", "usage.json"},
