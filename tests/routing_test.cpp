@@ -193,11 +193,11 @@ TEST(Sends, GoToTheAuxOrToAReturnTrackOfTheBus) {
   s.bus("Verb", {1, 2}), s.bus("Verb.L", {1}), s.bus("Split", {3, 4}), s.bus("Sp.L", {3}), s.bus("Sp.R", {4});
   TrackRouting& vox = s.add("Vox");
   Scene::send(vox, "Verb", -20), Scene::send(vox, "Verb.L"), Scene::send(vox, "Split"), Scene::send(vox, "Zeta");
-  Scene::send(vox, "Echo").post_fader = false, Scene::send(vox, "Vox");
+  Scene::send(vox, "Echo").post_fader = false;
   Scene::send(vox, "Legs", 6);                     // no written name, but the name of two tracks in Pro Tools
   Scene::send(s.aux("Verb aux", "Verb"), "Verb");  // to itself
   s.aux("L", "Sp.L"), s.aux("R", "Sp.R");
-  s.track("Legs [L]", "Legs"), s.track("Legs [R]", "Legs");
+  s.track("Legs [L]", "Legs"), s.track("Legs [R]", "Legs"), s.track("Takes", "Vox").alt_takes = true;
   s.strip("Vox").muted = true;
   EXPECT_EQ(s.fed(), R"("Vox"
 "Verb aux" | 0 0 0.1000000000 0 0 0 0 0 0 | 0 0 1.0000000000 0 0 0 0 0 0
@@ -205,6 +205,7 @@ TEST(Sends, GoToTheAuxOrToAReturnTrackOfTheBus) {
 "R"
 "Legs [L]" | 0 0 1.9952623150 0 0 0 0 0 0
 "Legs [R]" | 0 0 1.9952623150 0 0 0 0 0 0
+"Takes"
 "Echo" | 0 3 1.0000000000 0 0 0 0 0 0
 "Legs" | 0 0 1.9952623150 0 0 0 0 0 0
 "Zeta" | 0 0 1.0000000000 0 0 0 0 0 0)");
@@ -368,20 +369,22 @@ std::string slots(Scene& s, std::string_view strip) {
 
 TEST(KeyInputs, EachBusOfAStripArrivesOnAPairOfItsOwn) {
   Scene s;
-  s.bus("Kick", {1}), s.bus("Snare", {2, 3}), s.bus("Own", {4}), s.bus("Nowhere", {5});
+  s.bus("Kick", {1}), s.bus("Snare", {2, 3}), s.bus("Bass", {4}), s.bus("Nowhere", {5});
   s.add("Bass"), s.aux("Kick aux", "Kick"), s.aux("Snare aux", "Snare");
   s.insert("Bass", "Nowhere");
   s.insert("Bass", "Kick.X");  // a leg of "Kick"
   s.insert("Bass", "Kick"), s.insert("Bass", "Snare.L1");
   s.insert("Bass", "Nowhere"), s.insert("Bass", "Snare.Left");
   s.mixer.inserts["Bass"].emplace_back();  // without a key
-  s.insert("Kick aux", "Kick");            // its own
+  // Itself among others, and first of all.
+  for (const char* bus : {"Snare", "Kick", "Bass"}) s.insert("Kick aux", bus);
+  for (const char* bus : {"Snare", "Kick"}) s.insert("Snare aux", bus);
   EXPECT_EQ(s.fed(), R"("Bass" 6ch | 1 1 1 0 0 0 0 0 2 | 2 1 1 0 0 0 0 0 4
-"Kick aux"
+"Kick aux" 8ch | 2 1 1 0 0 0 0 0 2 | 0 1 1 0 0 0 0 0 6
 "Snare aux")");
   EXPECT_EQ(slots(s, "Bass"), "- 0 0! 1! - - - ");
   const KeyCounts& keys = s.counts.keys;
-  EXPECT_EQ(format_text("%d %d %d", keys.wired, keys.more_wired, keys.unresolved), "2 1 1");
+  EXPECT_EQ(format_text("%d %d %d", keys.wired, keys.more_wired, keys.unresolved), "3 4 1");
   EXPECT_EQ(keys.key_mismatch, (std::map<std::string, int>{{"Bass", 2}}));
   s.options.no_sidechain = true;
   EXPECT_EQ(s.fed(), "\"Bass\"\n\"Kick aux\"\n\"Snare aux\"");
