@@ -61,8 +61,9 @@ class MidiItemMixer {
       made.color = colors_.of_midi_clip(item.color);
       if (properties.transpose_on || properties.velocity_on || properties.delay_on) ++counts_.processed_items;
       if (properties.quantize_on || properties.duration_on) ++counts_.unprocessed_items;
-      const Controllers controllers = look_through(made);
-      if (setup) sends_fader |= set_up(made, *setup, controllers);
+      count(made, transform);
+      limit_sysex(made);
+      if (setup) sends_fader |= set_up(made, *setup, streamed(item.content));
     }
     if (sends_fader) ++counts_.fader_tracks;
   }
@@ -77,33 +78,49 @@ class MidiItemMixer {
   struct Controllers {
     bool volume = false, pan = false;
   };
-
-  Controllers look_through(MidiItemPage& made) {
+  static Controllers streamed(const MidiContent& content) {
     Controllers found;
-    std::uint64_t sysex_bytes = 0;
+    if (!content.controllers) return found;
+    for (const MidiControllerStream& stream : content.controllers->streams) {
+      if (stream.kind() != MidiControllerStream::kController || stream.size() == 0) continue;
+      found.volume |= (stream.controller() & 0x7f) == kVolumeController;
+      found.pan |= (stream.controller() & 0x7f) == kPanController;
+    }
+    return found;
+  }
+
+  void count(const MidiItemPage& made, const MidiTransform& transform) {
+    const MidiItem& item = made.item();
+    // Making the events of every item only to count them took as long again as writing them.
+    if (transform.transpose == 0 && item.notes_in_range) {
+      counts_.notes += item.note_count - item.muted_notes;
+      counts_.muted_events += 2 * item.muted_notes + item.muted_controllers;
+      return;
+    }
     const WrittenMidiEvents events = made.events();
     for (std::size_t i = 0; i < events.size(); ++i) {
       const WrittenMidiEvent event = events[i];
-      sysex_bytes += event.sysex.size();
       if (event.out_of_range) ++counts_.out_of_range;
       // A SysEx event has no muted form.
       if (event.muted && event.status != MidiEvent::kSysEx) ++counts_.muted_events;
       if (!event.muted && event.status == MidiEvent::kNoteOn) ++counts_.notes;
-      if (event.status != MidiEvent::kController) continue;
-      found.volume |= event.data1 == kVolumeController;
-      found.pan |= event.data1 == kPanController;
     }
-    made.leaves_sysex_out = sysex_bytes > sysex_left_;
-    if (!made.leaves_sysex_out) sysex_left_ -= sysex_bytes;
-    return found;
+  }
+
+  void limit_sysex(MidiItemPage& made) {
+    if (!made.item().content.controllers) return;
+    std::uint64_t bytes = 0;
+    for (const SysExEvent& event : made.item().content.controllers->sysex) bytes += event.bytes.size();
+    made.leaves_sysex_out = bytes > sysex_left_;
+    if (!made.leaves_sysex_out) sysex_left_ -= bytes;
   }
 
   // A clip with a stream of the controller keeps its stream. True if the fader or the pan is sent.
-  static bool set_up(MidiItemPage& made, const MidiStripSetup& setup, const Controllers& streamed) {
-    if (!streamed.volume) made.volume = setup.cc7;
-    if (!streamed.pan) made.pan = setup.cc10;
+  static bool set_up(MidiItemPage& made, const MidiStripSetup& setup, const Controllers& own) {
+    if (!own.volume) made.volume = setup.cc7;
+    if (!own.pan) made.pan = setup.cc10;
     made.program = setup.program;
-    return !streamed.volume || !streamed.pan;
+    return !own.volume || !own.pan;
   }
 
   std::unordered_map<std::string_view, MidiStripSetup> setups_;

@@ -144,8 +144,11 @@ MidiEvents events_of(const MidiContent& content) {
 
 MidiContentCounts count_content(const MidiContent& content) {
   MidiContentCounts counts;
-  for_each_note(content, [&](const MidiNote&, const PlacedNote& place) {
+  for_each_note(content, [&](const MidiNote& note, const PlacedNote& place) {
+    constexpr std::uint8_t kLastNote = 127;
     ++counts.notes;
+    if (place.muted(content)) ++counts.muted_notes;
+    if (note.note > kLastNote) counts.notes_in_range = false;
     if (place.past_end(content)) {
       ++counts.notes_past_end;
       counts.overrun = std::max(counts.overrun, place.end - content.length);
@@ -157,6 +160,7 @@ MidiContentCounts count_content(const MidiContent& content) {
     for (std::uint32_t i = 0; i < stream.size(); ++i) {
       const bool inside = placed(content, stream[i].position).inside;
       ++(inside ? counts.controllers : counts.kept_unmuted);
+      if (!inside && !content.keep_inaudible) ++counts.muted_controllers;
     }
   }
   for (const SysExEvent& event : content.controllers->sysex) {

@@ -24,7 +24,9 @@ struct MidiContentCounts {
   std::int64_t overrun = 0;  // of the one that rings longest, raw units
   int controllers = 0;       // inside the clip
   int sysex = 0, sysex_outside = 0;
-  int kept_unmuted = 0;  // events outside the clip that keep_inaudible leaves unmuted
+  int muted_notes = 0, muted_controllers = 0;
+  bool notes_in_range = true;  // every note is one that MIDI has
+  int kept_unmuted = 0;        // events outside the clip that keep_inaudible leaves unmuted
 };
 MidiContentCounts count_content(const MidiContent& content);
 

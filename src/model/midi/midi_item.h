@@ -54,6 +54,8 @@ struct MidiItem {
   std::int32_t color = -2;  // palette index, -2 for none
   MidiContent content;
   int note_count = 0;  // notes among its events, muted ones included
+  int muted_notes = 0, muted_controllers = 0;
+  bool notes_in_range = true;  // every note is one that MIDI has
 };
 
 }  // namespace frt

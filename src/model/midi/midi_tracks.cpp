@@ -35,6 +35,9 @@ class ItemMaker {
     if (content.offset < 0) item.source_offset = -static_cast<double>(content.offset) * seconds_a_unit;
     const MidiContentCounts found = count_content(content);
     item.note_count = found.notes;
+    item.muted_notes = found.muted_notes;
+    item.muted_controllers = found.muted_controllers;
+    item.notes_in_range = found.notes_in_range;
     if (!options_.truncate_midi_to_clip) item.length += static_cast<double>(found.overrun) * seconds_a_unit;
     counts_.notes_past_edges += found.notes_past_end;
     counts_.kept_unmuted += found.kept_unmuted;
