@@ -266,6 +266,20 @@ TEST(MidiItems, TakeTheirLastColorAndLock) {
   EXPECT_FALSE(scene.made.tracks[0].midi_items[0].locked);
 }
 
+TEST(MidiItems, AreEmptyFromWhereTheirEventsMultiplyTheSession) {
+  // A message never read here, of 400 MB: two placements of it are what a project may hold.
+  Scene scene;
+  scene.clip(0, 960000, {{0, 1000}});
+  static const char kByte = 'x';
+  scene.midi.streams.back().note_count = 1;
+  scene.midi.streams.back().sysex.push_back({Scene::kZero, {&kByte, std::size_t{400} << 20}});
+  for (int i = 0; i < 3; ++i) scene.place(0, i * 960000);
+  scene.items();
+  EXPECT_EQ(scene.made.counts.sysex, 2);
+  EXPECT_EQ(scene.made.counts.emptied_clips, 1);
+  EXPECT_EQ(scene.made.tracks.at(0).midi_items.at(2).content.notes, nullptr);
+}
+
 TEST(SampleBasedMidi, CountsInSamplesEntryByEntry) {
   Scene scene;
   scene.clip(-24, 48, {{24, 12}, {72, 48}}).clip(0, 9600, {{0, 48}}).entry(1, 1000, 2);

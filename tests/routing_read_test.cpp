@@ -195,6 +195,28 @@ TEST(SendLanes, GroupsTellVolumeMuteAndPans) {
   }
 }
 
+TEST(SendLanes, ThatReachOverEachOtherCostNoMoreThanTheSession) {
+  // Four lanes a send, each of 65,535 points: the same bytes behind all of them.
+  constexpr std::uint32_t kReach = 393'300;
+  BlockWriter w;
+  w.open(0x261b).open(0x2619).text("Gtr").close();
+  for (int send = 0; send < 40; ++send) {
+    w.open(0x260d).open(0x1029).zeros(155).close().open(0x260e).zeros(2).text("Bus").close();
+    for (int lane = 0; lane < 4; ++lane) w.u8('Z').u16(1).u32(kReach).u16(0x260a).zeros(16).u16(65535).zeros(10);
+    w.close();
+  }
+  w.close().zeros(kReach + 100);
+  const test::Image image(w);
+  const std::vector<AudioFileEntry> files;
+  const std::vector<std::int64_t> lengths;
+  const std::vector<AudioFileFacts> facts;
+  const Session session = read_session(image.session, {12, 48000, files, lengths, facts}, {});
+  std::size_t points = 0;
+  for (const TrackRouting& row : session.mixer.routing)
+    for (const SendRecord& send : row.sends) points += send.volume_lane.points.size() + send.mute_lane.points.size();
+  EXPECT_LE(points, image.session.size());
+}
+
 TEST(LegRoutes, ARouteLeadsFromTheRowThatTakesItInToTheFirstOtherRowThatNamesIt) {
   BlockWriter w;
   path(w, {"Pair", 6, 5, {3}});

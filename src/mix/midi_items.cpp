@@ -14,10 +14,6 @@ constexpr std::uint8_t kPolyAftertouch = 0xa0;
 constexpr std::uint8_t kVolumeController = 7, kPanController = 10;
 constexpr int kLastNote = 127;
 
-// A clip's SysEx is written again for each of its placements. No project comes near this many bytes; a session made to
-// multiply one long message by thousands of placements ends here, and further ones are left out.
-constexpr std::uint64_t kMostSysExBytes = std::uint64_t{64} << 20;
-
 MidiTransform transform_of(const RealTimeProperties& properties) {
   MidiTransform transform;
   if (properties.transpose_on) transform.transpose = properties.octaves * 12 + properties.semitones;
@@ -62,7 +58,6 @@ class MidiItemMixer {
       if (properties.transpose_on || properties.velocity_on || properties.delay_on) ++counts_.processed_items;
       if (properties.quantize_on || properties.duration_on) ++counts_.unprocessed_items;
       count(made, transform);
-      limit_sysex(made);
       if (setup) sends_fader |= set_up(made, *setup, streamed(item.content));
     }
     if (sends_fader) ++counts_.fader_tracks;
@@ -107,14 +102,6 @@ class MidiItemMixer {
     }
   }
 
-  void limit_sysex(MidiItemPage& made) {
-    if (!made.item().content.controllers) return;
-    std::uint64_t bytes = 0;
-    for (const SysExEvent& event : made.item().content.controllers->sysex) bytes += event.bytes.size();
-    made.leaves_sysex_out = bytes > sysex_left_;
-    if (!made.leaves_sysex_out) sysex_left_ -= bytes;
-  }
-
   // A clip with a stream of the controller keeps its stream. True if the fader or the pan is sent.
   static bool set_up(MidiItemPage& made, const MidiStripSetup& setup, const Controllers& own) {
     if (!own.volume) made.volume = setup.cc7;
@@ -127,7 +114,6 @@ class MidiItemMixer {
   std::unordered_map<std::string_view, RealTimeProperties> properties_;
   ClipColors colors_;
   MidiItemCounts counts_;
-  std::uint64_t sysex_left_ = kMostSysExBytes;
 };
 
 }  // namespace

@@ -62,7 +62,6 @@ class MidiItemPage {
 
   std::uint32_t color = 0;                  // REAPER's form, 0 for none
   int volume = -1, pan = -1, program = -1;  // sent at the item's start; -1 for none
-  bool leaves_sysex_out = false;
 
  private:
   const MidiItem* item_;

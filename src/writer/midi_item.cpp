@@ -42,17 +42,13 @@ void write_events(ProjectText& out, const MidiItemPage& page) {
   if (page.volume >= 0) write_event(out, kLive, 0, MidiEvent::kController, 7, static_cast<unsigned>(page.volume));
   if (page.pan >= 0) write_event(out, kLive, 0, MidiEvent::kController, 10, static_cast<unsigned>(page.pan));
   if (page.program >= 0) write_event(out, kLive, 0, kProgramChange, static_cast<unsigned>(page.program), 0);
-  std::uint64_t passed_over = 0;  // ticks of events that are left out
   const WrittenMidiEvents events = page.events();
   for (std::size_t i = 0; i < events.size(); ++i) {
     const WrittenMidiEvent event = events[i];
-    const std::uint64_t delta = event.delta + passed_over;
-    const bool is_sysex = event.status == MidiEvent::kSysEx;
-    passed_over = is_sysex && page.leaves_sysex_out ? delta : 0;
-    if (!is_sysex) {
-      write_event(out, event.muted ? kMuted : kLive, delta, event.status, event.data1, event.data2);
-    } else if (!page.leaves_sysex_out) {
-      write_sysex(out, delta, event.sysex);
+    if (event.status == MidiEvent::kSysEx) {
+      write_sysex(out, event.delta, event.sysex);
+    } else {
+      write_event(out, event.muted ? kMuted : kLive, event.delta, event.status, event.data1, event.data2);
     }
   }
   // All notes off closes the source.

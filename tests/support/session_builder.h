@@ -122,7 +122,7 @@ struct MidiClip {
 
 // Real-Time Properties of a MIDI strip; those given are on.
 struct RealTime {
-  std::optional<int> octaves, semitones, velocity_percent, velocity_offset, delay_ticks;
+  std::optional<int> octaves = {}, semitones = {}, velocity_percent = {}, velocity_offset = {}, delay_ticks = {};
   bool quantize = false, duration = false;
 };
 

@@ -1,6 +1,7 @@
 #include "model/midi/midi_tracks.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 
 #include "model/midi/midi_events.h"
@@ -12,6 +13,11 @@ namespace frt {
 namespace {
 
 constexpr double kItemTicks = 960.0;  // to the quarter note
+
+// A clip's events are written again for each of its placements. No project comes near this many; in a session made to
+// multiply long clips by thousands of placements, further ones are left empty, and told.
+constexpr std::uint64_t kMostEvents = std::uint64_t{1} << 26;
+constexpr std::uint64_t kSysExBytesAnEvent = 16;  // that print about as much text as an event does
 
 class ItemMaker {
  public:
@@ -80,12 +86,28 @@ class ItemMaker {
     if (clip.midi_chunk < 0) return;
     const auto number = static_cast<std::size_t>(clip.midi_chunk);
     content.notes = &midi_.chunks[number];
-    if (number >= midi_.streams.size()) return;
+    if (number >= midi_.streams.size()) return limit_events(content);
     const MidiChunk& chunk = midi_.streams[number];
     if (chunk.note_count == content.notes->size() && (chunk.note_count != 0 || chunk.origin != 0)) {
       content.controllers = &chunk;
     } else {
       ++counts_.unmatched_regions;
+    }
+    limit_events(content);
+  }
+
+  void limit_events(MidiContent& content) {
+    std::uint64_t events = 2 * std::uint64_t{content.notes->size()};
+    if (content.controllers) {
+      for (const MidiControllerStream& stream : content.controllers->streams) events += stream.size();
+      for (const SysExEvent& event : content.controllers->sysex) events += 1 + event.bytes.size() / kSysExBytesAnEvent;
+    }
+    if (events <= events_left_) {
+      events_left_ -= events;
+    } else {
+      content.notes = nullptr;
+      content.controllers = nullptr;
+      ++counts_.emptied_clips;
     }
   }
 
@@ -93,6 +115,7 @@ class ItemMaker {
   const Clock& clock_;
   const ConversionOptions& options_;
   MidiCounts& counts_;
+  std::uint64_t events_left_ = kMostEvents;
 };
 
 }  // namespace

@@ -26,6 +26,7 @@ struct MidiCounts {
   int kept_unmuted = 0;          // events outside their clip that --keep-inaudible-midi leaves unmuted
   int controllers = 0;           // pitch bend, controllers, aftertouch inside their clip
   int sysex = 0, sysex_outside = 0;
+  int emptied_clips = 0;  // without their events, of which the session places too many
 };
 
 struct MidiTracks {

@@ -1,8 +1,12 @@
 // MIDI: tracks, what is sent with their clips, and notes that a clip's edge cuts or silences.
 #include <cstddef>
+#include <optional>
 #include <string>
+#include <string_view>
+#include <unordered_set>
 
 #include "base/text.h"
+#include "mix/bind.h"
 #include "report/notes/subjects.h"
 
 namespace frt::notes {
@@ -10,9 +14,8 @@ namespace {
 
 bool cuts_nothing(const Told& told) { return told.options.truncate_midi_to_clip && told.midi.notes_past_edges <= 0; }
 
-// Name and properties of each row that has any.
-std::string properties_of_row(const StripRow& row, const RealTimeProperties& p) {
-  std::string text = "\n      " + std::string(row.label()) + ":";
+std::string properties_of_track(std::string_view name, const RealTimeProperties& p) {
+  std::string text = "\n      " + std::string(name) + ":";
   if (p.transpose_on) text += format_text(" transpose %+d oct %+d semi;", p.octaves, p.semitones);
   if (p.velocity_on) text += format_text(" velocity %d%% %+d;", p.velocity_percent, p.velocity_offset);
   if (p.delay_on) text += format_text(" delay %+d ticks;", p.delay_ticks);
@@ -21,25 +24,33 @@ std::string properties_of_row(const StripRow& row, const RealTimeProperties& p) 
   return text;
 }
 
-// Calls take(row, k) for each row with Real-Time Properties.
+// Calls take(name, properties) for each written MIDI track with Real-Time Properties, each name once.
 template <typename Take>
 void each_with_properties(const Told& told, Take take) {
   const Mixer& mixer = told.session.mixer;
-  for (std::size_t k = 0; k < mixer.rows.size() && k < mixer.midi_properties.size(); ++k) {
-    if (mixer.midi_properties[k].any_on()) take(mixer.rows[k], mixer.midi_properties[k]);
+  const auto properties = by_row_names<RealTimeProperties>(mixer.rows, [&](std::size_t k) {
+    const bool has = k < mixer.midi_properties.size() && mixer.midi_properties[k].any_on();
+    return has ? std::optional(mixer.midi_properties[k]) : std::nullopt;
+  });
+  if (properties.empty()) return;
+  std::unordered_set<std::string_view> told_names;
+  for (const OutputTrack& track : told.tracks) {
+    if (!track.is_midi) continue;
+    const RealTimeProperties* found = find_by_pt_name_first(properties, track);
+    if (found && told_names.insert(track.key()).second) take(track.key(), *found);
   }
 }
 
-int strips_with_properties(const Told& told) {
+int tracks_with_properties(const Told& told) {
   int count = 0;
-  each_with_properties(told, [&](const StripRow&, const RealTimeProperties&) { ++count; });
+  each_with_properties(told, [&](std::string_view, const RealTimeProperties&) { ++count; });
   return count;
 }
 
 std::string properties(const Told& told) {
   std::string list;
   each_with_properties(
-      told, [&](const StripRow& row, const RealTimeProperties& found) { list += properties_of_row(row, found); });
+      told, [&](std::string_view name, const RealTimeProperties& found) { list += properties_of_track(name, found); });
   return list;
 }
 
@@ -52,13 +63,16 @@ std::string elsewhere(const Told& told) {
   return list;
 }
 
-// Calls take(row, program) for each row whose clips send a patch.
+// Calls take(row, program) for each row whose clips send a patch, each name once.
 template <typename Take>
 void each_with_patch(const Told& told, Take take) {
   const Mixer& mixer = told.session.mixer;
+  std::unordered_set<std::string_view> told_names;
   for (std::size_t k = 0; k < mixer.rows.size() && k < mixer.midi_setups.size(); ++k) {
     const MidiStripSetup& setup = mixer.midi_setups[k];
-    if (setup.cc7 >= 0 && setup.program >= 0) take(mixer.rows[k], setup.program);
+    const std::string_view name = mixer.rows[k].label();
+    if (setup.cc7 < 0 || setup.program < 0 || name.empty()) continue;
+    if (told_names.insert(name).second) take(mixer.rows[k], setup.program);
   }
 }
 
@@ -74,6 +88,12 @@ std::string patch_list(const Told& told) {
     list += name_in_list(std::string(row.label()), NameList::kBlanks, list.empty()) + "=" + std::to_string(program);
   });
   return list;
+}
+
+// A clip can hold notes past the range by itself.
+int transposed_too_far(const Told& told) {
+  const MidiItemCounts& counts = told.mix.midi;
+  return counts.processed_items > 0 ? counts.out_of_range : 0;
 }
 
 constexpr Note kMidiData[] = {
@@ -122,6 +142,9 @@ constexpr Note kMidiEvents[] = {
     {in<&MidiCounts::later_clips>,
      "  %d MIDI clip(s) start later, where the clip Pro Tools draws on top of\n"
      "      them ends. Their covered start is kept, muted.\n"},
+    {in<&MidiCounts::emptied_clips>,
+     "  WARNING: %d MIDI clip(s) are written EMPTY: this session places more\n"
+     "      MIDI events than a project can hold.\n"},
 };
 
 constexpr Note kSampleBasedMidi[] = {
@@ -142,7 +165,7 @@ constexpr Note kMidiFaders[] = {
      "      and a CC 10 event at the start of each clip -- what Pro Tools\n"
      "      sends when playback starts. A clip that already streams one of\n"
      "      those controllers keeps its stream instead.\n"},
-    {strips_with_properties,
+    {tracks_with_properties,
      "  WARNING: %d MIDI/instrument track(s) carry REAL-TIME PROPERTIES:%s\n"
      "      Pro Tools applies these on playback, not to the stored notes.\n"
      "      Which of them are applied here is said below.\n",
@@ -167,8 +190,7 @@ constexpr Note kRealTimeProperties[] = {
     {in<&MidiItemCounts::processed_items>,
      "  MIDI Real-Time Properties APPLIED to the notes on %d track(s): transpose,\n"
      "      velocity and delay, so the track plays as Pro Tools played it.\n"},
-    {in<&MidiItemCounts::out_of_range>,
-     "      %d note(s) transposed past the MIDI range are written MUTED, not lost.\n"},
+    {transposed_too_far, "      %d note(s) transposed past the MIDI range are written MUTED, not lost.\n"},
     {in<&MidiItemCounts::unprocessed_items>,
      "  %d track(s) carry Real-Time quantize or duration, which are NOT applied:\n"
      "      their grid and amount are not decoded yet.\n"},

@@ -16,9 +16,6 @@ namespace {
 namespace track_entry {
 constexpr std::uint64_t kName = 9, kChannels = 14, kFirstChannel = 18;
 constexpr std::uint32_t kMostChannels = 1024;
-// Every track carries a copy of its name. Longer names are kept while all their copies together stay below a part of
-// the session; then they are cut, or one entry of many channels could multiply the session.
-constexpr std::size_t kUsualName = 512, kLongNamesShare = 8;
 }  // namespace track_entry
 
 class AudioPlacements {
@@ -102,7 +99,7 @@ void close_up_numbers(std::vector<Placement>& placements) {
 
 TrackNames read_track_names(ByteView image, const std::vector<Block>& roots) {
   TrackNames tracks;
-  std::size_t long_names_left = image.size() / track_entry::kLongNamesShare;
+  TrackNameLength length(image.size());
   for (const Block& root : roots) {
     if (root.content_type != content::kTrackEntries) continue;
     for (const Block& entry : children_of(image, root, content::kTrackEntry)) {
@@ -114,12 +111,7 @@ TrackNames read_track_names(ByteView image, const std::vector<Block>& roots) {
         const auto number = image.u16(behind + track_entry::kFirstChannel + 2 * k);
         if (!number) break;
         const auto [track, is_new] = tracks.emplace(*number, name);
-        if (!is_new || name.size() <= track_entry::kUsualName) continue;
-        if (name.size() <= long_names_left) {
-          long_names_left -= name.size();
-        } else {
-          track->second = name.substr(0, track_entry::kUsualName);
-        }
+        if (is_new) track->second = length.limit(name);
       }
     }
   }

@@ -33,7 +33,8 @@ class NoteChunk {
 
   std::uint64_t zero_ticks() const { return zero_ticks_; }  // 40 bits as stored
   std::uint32_t size() const { return count_; }
-  MidiNote operator[](std::uint32_t i) const;  // all 0 for an index outside
+  MidiNote operator[](std::uint32_t i) const;                        // all 0 for an index outside
+  const std::uint8_t* first_note() const { return events_.data(); }  // tells runs of notes apart
   // The greatest position plus length of the notes, in ticks.
   std::int64_t span() const;
 

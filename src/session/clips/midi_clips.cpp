@@ -46,7 +46,7 @@ std::vector<ClipRecord> listed_clips(ByteView image, const std::vector<Block>& r
 void add_compound_clips(ByteView image, const std::vector<Block>& roots, const std::vector<NoteChunk>& chunks,
                         std::vector<ClipRecord>& clips) {
   const std::string_view name = clips.empty() ? std::string_view{} : clips.back().name;
-  std::unordered_map<std::uint32_t, std::int64_t> spans;
+  std::unordered_map<const std::uint8_t*, std::int64_t> spans;  // by the first note: chunks can share their notes
   for (const Block& root : roots) {
     if (root.content_type != content::kClipGroupList) continue;
     for (const Block& group : children_of(image, root, content::kClipGroup)) {
@@ -54,7 +54,7 @@ void add_compound_clips(ByteView image, const std::vector<Block>& roots, const s
         if (!children_of(image, entry, content::kCompoundMark).empty() || !image.has(entry.end(), 4)) continue;
         const std::uint16_t chunk = *image.u16(entry.end() + 2);
         if (chunk >= chunks.size()) continue;
-        const auto [span, is_new] = spans.try_emplace(chunk, 0);
+        const auto [span, is_new] = spans.try_emplace(chunks[chunk].first_note(), 0);
         if (is_new) span->second = chunks[chunk].span();
         ClipRecord clip;
         clip.index = chunk;
@@ -78,6 +78,7 @@ std::vector<MidiTrack> read_midi_tracks(const SessionImage& image, const std::ve
   std::vector<MidiTrack> tracks;
   std::vector<std::uint32_t> strips;
   bool strips_read = false;
+  TrackNameLength length(image.size());
   for (const Block& root : roots) {
     if (root.content_type != content::kTrackTable) continue;
     if (!strips_read) strips = strip_blocks(image);
@@ -86,7 +87,7 @@ std::vector<MidiTrack> read_midi_tracks(const SessionImage& image, const std::ve
     std::uint16_t number = 0;
     for (const Block& entry : children_of(image.bytes(), root, content::kTrackTableEntry)) {
       if (row < strips.size() && plays_midi(strip_kind(image.block(strips[row]).content_type)))
-        tracks.push_back({read_counted(image.bytes(), entry.start + kEntryName), number++});
+        tracks.push_back({length.limit(read_counted(image.bytes(), entry.start + kEntryName)), number++});
       ++row;
     }
   }
@@ -116,11 +117,12 @@ std::vector<Placement> read_midi_placements(const SessionImage& session, const s
   for (std::uint32_t i = 0; i < clips.size(); ++i) clip_of.emplace(clips[i].index, i);
 
   std::vector<Placement> placements;
+  TrackNameLength length(image.size());
   for (const Block& root : roots) {
     if (root.content_type != content::kMidiPlaylists) continue;
     std::uint32_t running = 0;
     for (const Block& playlist : children_of(image, root, content::kMidiPlaylist)) {
-      const auto named = number_of.find(read_counted(image, playlist.start + kPlaylistName));
+      const auto named = number_of.find(length.limit(read_counted(image, playlist.start + kPlaylistName)));
       const std::uint32_t number = named != number_of.end() ? named->second : running;
       ++running;
       if (number > placement::kLastTrack) continue;

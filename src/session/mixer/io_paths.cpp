@@ -58,7 +58,7 @@ class MarkFinder {
   std::optional<std::uint64_t> find(std::uint64_t from, std::uint64_t limit) {
     if (from < from_) {
       const std::uint64_t to = std::min(from_, limit), mark = search(from, to);
-      if (mark < to) return mark;
+      if (mark < to || limit < from_) return mark < to ? std::optional(mark) : std::nullopt;
       from_ = from;
     } else if (from > next_) {
       from_ = next_ = from;

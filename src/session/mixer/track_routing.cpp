@@ -45,14 +45,14 @@ using RouteKey = std::tuple<std::uint32_t, std::uint32_t, std::uint8_t>;
 
 RouteKey key_of(const Route& route) { return {route.id0, route.id1, route.kind}; }
 
-// The bytes of an image made of nested rows and mixes would be read again and again: what all rows together may read is
-// bounded by what rows beside each other hold.
+// The bytes of an image made of nested rows and mixes, or of lanes that reach over each other, would be read again and
+// again: what all rows together may read is bounded by what rows beside each other hold.
 class Allowance {
  public:
-  explicit Allowance(std::uint64_t bytes) : left_(bytes) {}
-  bool take(std::uint64_t bytes) {
-    if (bytes > left_) return false;
-    left_ -= bytes;
+  explicit Allowance(std::uint64_t amount) : left_(amount) {}
+  bool take(std::uint64_t amount) {
+    if (amount > left_) return false;
+    left_ -= amount;
     return true;
   }
 
@@ -90,7 +90,10 @@ class StripsByPlace {
 class RowReader {
  public:
   RowReader(const SessionImage& image, const std::vector<Route>& routes)
-      : image_(image), any_block_(image), allowance_(kTimes * image.size() + kSlack) {
+      : image_(image),
+        any_block_(image),
+        allowance_(kTimes * image.size() + kSlack),
+        points_(image.size() / 3 + kSlack) {
     for (const Route& route : routes) known_.push_back(key_of(route));
     std::sort(known_.begin(), known_.end());
   }
@@ -139,6 +142,12 @@ class RowReader {
       send.level_db = *fader / 10.0;
       send.post_fader = image_.bytes().u8(level->start + level_layout::kFlag) == std::uint8_t{1};
       read_send_lanes(image_, mix, width, send);
+      std::uint64_t points = 0;
+      for (const AutomationLane* lane :
+           {&send.volume_lane, &send.mute_lane, &send.first_pan_lane, &send.second_pan_lane}) {
+        points += lane->points.size();
+      }
+      if (!points_.take(points)) return false;
       row.sends.push_back(std::move(send));
     }
     return true;
@@ -170,7 +179,7 @@ class RowReader {
   const SessionImage& image_;
   std::vector<RouteKey> known_;
   FirstFit any_block_;
-  Allowance allowance_;
+  Allowance allowance_, points_;  // bytes; points of the sends' lanes
 };
 
 }  // namespace
