@@ -77,10 +77,12 @@ plain
 // ---- rows ----
 
 TEST(Notes, APairOfKeyedPlugInsIsToldAheadOfTheRest) {
-  const auto pair = [](Scene& s) { s.told.mix.routing.multi_mono_pairs = {{"Bass", "Squash", "K.L", "K.R"}}; };
+  InsertRecord first;
+  first.signature = "AbcdComp";
+  const auto pair = [&](Scene& s) { s.told.mix.routing.multi_mono_pairs = {{"Bass", "K.L", "K.R", &first, nullptr}}; };
   EXPECT_TRUE(notes_of(pair, print_mix_notes)
                   .starts_with("  NOTE: 'Bass' carries what looks like ONE unlinked MULTI-MONO\n"
-                               "    Squash: two records, keyed off 'K.L' and 'K.R'. "));
+                               "    AbcdComp: two records, keyed off 'K.L' and 'K.R'. "));
 }
 
 TEST(Notes, RowsWithAConditionOrNamesThatNoWholeRunReaches) {

@@ -33,7 +33,7 @@ class KeyWiring {
   }
 
   KeyInputs wire() {
-    for (const auto& [strip, inserts] : mixer_.inserts) wire_strip(strip, inserts);
+    for (const auto& [strip, chain] : mixer_.inserts.strips) wire_strip(strip, chain);
     close_key_only_returns();
     return std::move(keys_);
   }
@@ -44,11 +44,13 @@ class KeyWiring {
     std::string_view bus;
   };
 
-  void wire_strip(std::string_view strip, const std::vector<InsertRecord>& inserts) {
+  void wire_strip(std::string_view strip, const std::vector<std::uint32_t>& chain) {
     std::unordered_map<std::string_view, int> slots;  // by bus
     StripKeys keys;
     int unresolved_behind_first = 0;
-    for (const InsertRecord& insert : inserts) {
+    const std::vector<InsertRecord>& records = mixer_.inserts.records;
+    for (const std::uint32_t i : chain) {
+      const InsertRecord& insert = records[i];
       if (insert.key_id < 0) continue;
       const std::optional<Source> source = source_of(insert);
       if (!source) {
@@ -75,8 +77,8 @@ class KeyWiring {
       keys_.counts.unresolved -= unresolved_behind_first;
       keys_.counts.key_mismatch[std::string(strip)] += unresolved_behind_first;
     }
-    for (const InsertRecord& insert : inserts) {
-      if (key_bus(mixer_, insert) == keys.first_key_bus) keys_.keyed_inserts.insert(&insert);
+    for (const std::uint32_t i : chain) {
+      if (key_bus(mixer_, records[i]) == keys.first_key_bus) keys_.keyed_inserts.insert(&records[i]);
     }
     keys_.strips.emplace(strip, std::move(keys));
   }
@@ -120,9 +122,9 @@ class KeyWiring {
       for (const std::uint16_t channel : buses_.channels_of(name)) returns_on[channel].push_back(name);
     }
     if (returns_on.empty()) return;
-    for (const auto& [strip, inserts] : mixer_.inserts) {
-      for (const InsertRecord& insert : inserts) {
-        const std::optional<std::string_view> bus = key_bus(mixer_, insert);
+    for (const auto& [strip, chain] : mixer_.inserts.strips) {
+      for (const std::uint32_t i : chain) {
+        const std::optional<std::string_view> bus = key_bus(mixer_, mixer_.inserts.records[i]);
         if (!bus || !resolve_bus(buses_, *bus).aux.empty()) continue;
         for (const std::uint16_t channel : buses_.channels_of(*bus)) {
           const auto found = returns_on.find(channel);
@@ -156,16 +158,16 @@ std::vector<MultiMonoPair> find_multi_mono_pairs(const Mixer& mixer) {
   }
 
   std::vector<MultiMonoPair> pairs;
-  for (const auto& [strip, inserts] : mixer.inserts) {
-    for (std::size_t k = 1; k < inserts.size(); ++k) {
-      const InsertRecord &first = inserts[k - 1], &second = inserts[k];
+  const std::vector<InsertRecord>& records = mixer.inserts.records;
+  for (const auto& [strip, chain] : mixer.inserts.strips) {
+    for (std::size_t k = 1; k < chain.size(); ++k) {
+      const InsertRecord &first = records[chain[k - 1]], &second = records[chain[k]];
       if (first.signature != second.signature || first.key_id == second.key_id) continue;
       const auto first_bus = key_bus(mixer, first), second_bus = key_bus(mixer, second);
       if (!first_bus || !second_bus) continue;
       const auto left = mono.find(*first_bus), right = mono.find(*second_bus);
       if (left == mono.end() || right == mono.end() || !stereo.contains(pair_of(left->second, right->second))) continue;
-      const std::string_view plugin = first.plugin_name.empty() ? first.signature : first.plugin_name;
-      pairs.push_back({strip, std::string(plugin), *first_bus, *second_bus, &second});
+      pairs.push_back({strip, *first_bus, *second_bus, &first, &second});
     }
   }
   return pairs;

@@ -17,8 +17,8 @@ namespace frt {
 // Two records that look like one plug-in with unlinked settings for left and right.
 struct MultiMonoPair {
   std::string_view strip;
-  std::string plugin;  // its name, or its signature
   std::string_view first_bus, second_bus;
+  const InsertRecord* first_leg = nullptr;
   const InsertRecord* second_leg = nullptr;
 };
 

@@ -42,7 +42,7 @@ void print_multi_mono_pairs(const Told& told) {
         "    %s: two records, keyed off '%s' and '%s'. It is written\n"
         "    as two stereo plug-ins IN SERIES, which compresses twice --\n"
         "    Pro Tools runs one per channel in parallel. Known gap.\n",
-        std::string(pair.strip).c_str(), pair.plugin.c_str(), std::string(pair.first_bus).c_str(),
+        std::string(pair.strip).c_str(), pair.first_leg->signature.c_str(), std::string(pair.first_bus).c_str(),
         std::string(pair.second_bus).c_str());
   }
 }

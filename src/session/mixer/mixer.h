@@ -10,7 +10,7 @@
 #include "base/by_name.h"
 #include "image/blocks.h"
 #include "image/skips.h"
-#include "session/mixer/insert_tables.h"
+#include "session/inserts/insert_tables.h"
 #include "session/mixer/master.h"
 #include "session/mixer/mixer_tables.h"
 #include "session/mixer/strip_rows.h"
@@ -41,7 +41,7 @@ struct Mixer {
   // By display name: the track plays to one channel of a stereo output, -1 the left or 1 the right.
   std::map<std::string_view, int> one_sided;
   std::vector<UnusualStrip> unusual_strips;  // in table order
-  StripInserts inserts;
+  Inserts inserts;
   ByName<MidiTrackState> midi_states;  // by the row's current name, or its original one
 
   std::map<std::uint16_t, std::string_view> key_buses;  // bus name by key input id

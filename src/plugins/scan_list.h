@@ -1,0 +1,35 @@
+// The plug-ins installed for REAPER, from the lists that it leaves behind when it scans them.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace frt {
+
+struct ReaperPluginEntry {
+  std::string file;        // as the list spells it; of a CLAP its section
+  std::string display;     // without the mark of an instrument
+  std::string short_name;  // `display` without its last remark in parentheses
+  std::string class_id;    // 32 hexadecimal digits of a VST3 class, or empty
+  std::uint32_t uid = 0;   // 0 for a CLAP
+  bool is_instrument = false;
+  bool is_vst3 = false;
+  bool is_clap = false;
+  std::string clap_id;
+
+  std::string ident() const;         // as a project names it
+  std::string display_text() const;  // "VST3i: ..."
+};
+
+struct ReaperPluginCache {
+  std::vector<ReaperPluginEntry> entries;  // VSTs, then CLAPs, each in file order
+  std::string path;                        // of the list that was taken, empty for none
+  std::size_t clap_count = 0;
+
+  bool empty() const { return entries.empty(); }
+};
+
+}  // namespace frt
