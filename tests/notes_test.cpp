@@ -77,9 +77,9 @@ plain
 // ---- rows ----
 
 TEST(Notes, APairOfKeyedPlugInsIsToldAheadOfTheRest) {
-  InsertRecord first;
+  static InsertRecord first;
   first.signature = "AbcdComp";
-  const auto pair = [&](Scene& s) { s.told.mix.routing.multi_mono_pairs = {{"Bass", "K.L", "K.R", &first, nullptr}}; };
+  const auto pair = [](Scene& s) { s.told.mix.routing.multi_mono_pairs = {{"Bass", "K.L", "K.R", &first, nullptr}}; };
   EXPECT_TRUE(notes_of(pair, print_mix_notes)
                   .starts_with("  NOTE: 'Bass' carries what looks like ONE unlinked MULTI-MONO\n"
                                "    AbcdComp: two records, keyed off 'K.L' and 'K.R'. "));
