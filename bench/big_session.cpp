@@ -84,7 +84,7 @@ SessionBuilder big_session(std::size_t bytes) {
       fill_playlist(track.playlists[p], file, p == 0 ? kClipsOnTop : kClipsBelow, p, random);
     }
     const std::size_t state = opaque_bytes / 2 + random.below(static_cast<std::uint32_t>(opaque_bytes));
-    track.plugin_state(opaque(random, state));
+    track.insert(Insert("OpaqOpaq", opaque(random, state)));
   }
   Track* keys = nullptr;
   for (std::size_t n = 0; n < scaled(400); ++n) {

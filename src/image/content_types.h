@@ -20,11 +20,13 @@
   X(kOldPlacements, 0x1012, "root: placements of all tracks, older form")            \
   X(kTrackEntry, 0x1014, "a playlist's name, channels and id")                       \
   X(kTrackEntries, 0x1015, "root: the list of playlists with their channel numbers") \
+  X(kPluginName, 0x1017, "a plug-in's name with its signature")                      \
   X(kIoPath, 0x1021, "one path of the I/O setup: input, output, bus or insert")      \
   X(kIoSetup, 0x1022, "root: the I/O setup")                                         \
   X(kSettings, 0x1028, "root: rate, recording format, pan depth")                    \
   X(kLevelRecord, 0x1029, "fader, pan and mute of a strip, or a send's level")       \
   X(kRowHead, 0x102d, "head of a strip row: solo and automation mode")               \
+  X(kInsert, 0x1038, "a plug-in insert with its settings")                           \
   X(kNameList, 0x103a, "volumes, folders and files by name")                         \
   X(kPropertiesChild, 0x103d, "inside real-time properties")                         \
   X(kPlacement, 0x104f, "a clip on a track, inside its entry")                       \
@@ -58,10 +60,14 @@
   X(kTrackTableEntry, 0x251a, "one row of the edit window")                          \
   X(kCompoundMark, 0x2523, "inside a clip group that holds audio")                   \
   X(kLane, 0x260a, "one automation lane")                                            \
+  X(kControlPoints, 0x260b, "points of an automated plug-in control")                \
   X(kLaneGroup, 0x260c, "automation lanes of one channel")                           \
   X(kMixGroup, 0x260d, "level record and lanes of one mix")                          \
   X(kSlot, 0x260e, "an insert or key input slot")                                    \
+  X(kControl, 0x260f, "one automated plug-in control")                               \
   X(kMidiMix, 0x2611, "setup and lanes of a MIDI strip")                             \
+  X(kHardwareInsert, 0x2612, "a hardware insert")                                    \
+  X(kBypassMark, 0x2614, "behind the byte that says whether an insert is bypassed")  \
   X(kStripName, 0x2619, "a strip row's own name")                                    \
   X(kAudioRow, 0x261b, "strip row of an audio or aux track")                         \
   X(kStripWrapper, 0x261c, "a strip row with the playlists of its track")            \

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <fstream>
 #include <map>
 #include <stdexcept>
@@ -69,9 +70,53 @@ void write_lane(BlockWriter& w, int initial, const Automation& points = {}, Unit
   w.zeros(2).close();
 }
 
+void write_control(BlockWriter& w, const PluginControl& control) {
+  const auto stored = [](double value) { return static_cast<std::int32_t>(std::lround((value - 0.5) * 0x1p31)); };
+  const auto count = static_cast<std::uint32_t>(control.points.size());
+  w.open(0x260f).u8(1).open(0x260b).bytes({1, 0x46, 1, 0}).u32(22 + 8 * count).bytes({0, 0, 1, 0, 0, 0, 4, 0});
+  w.u16(count).zeros(5).zeros(3).i32(stored(control.initial));
+  for (const auto& [time, value] : control.points) w.u32(time).i32(stored(value));
+  w.zeros(2).close().text(control.name).u32(control.number).zeros(8).text(control.label).close();
+}
+
+void write_insert(BlockWriter& w, const Insert& insert, unsigned slot) {
+  w.open(0x2616).open(0x2615).open(0x2626).close().zeros(2).open(0x2613, 8).u16(slot);
+  w.open(0x1038, 2).u8(insert.channels).zeros(3).u32(static_cast<std::uint32_t>(insert.chunks.size()));
+  w.bytes(insert.chunks).close().u8(!insert.is_inactive).u8(0).fill(2, 0xff);
+  w.open(0x260e, 7).u16(insert.key_id).u8(1).u8(1).zeros(34).fill(8, 0xff).zeros(5).close();
+  for (const PluginControl& control : insert.controls) write_control(w, control);
+  w.close().close().u8(insert.is_bypassed).open(0x2614).u32(0).close().close();
+}
+
+void write_hardware_insert(BlockWriter& w, const std::string& slot) {
+  w.open(0x2612, 3).zeros(4).open(0x260e, 7).u16(0xffff).zeros(34).text(slot).zeros(8).close().zeros(2).close();
+}
+
 }  // namespace
 
 // ---- what the session is made of ----
+
+Insert& Insert::chunk(std::string_view id, std::string_view name, const std::vector<std::uint8_t>& data) {
+  BlockWriter w;
+  const auto length = static_cast<std::uint32_t>(56 + data.size());
+  for (unsigned shift = 32; shift > 0; shift -= 8) w.u8(length >> (shift - 8) & 255);
+  w.fill(4, 0xff).raw(signature).raw(signature.substr(4)).raw(id).raw(name).zeros(32 - name.size()).bytes(data);
+  const std::vector<std::uint8_t> bytes = w.take();
+  chunks.insert(chunks.end(), bytes.begin(), bytes.end());
+  return *this;
+}
+
+Insert& Insert::control_values(const std::vector<double>& values) {
+  BlockWriter w;
+  w.fill(4, 1);
+  for (const double value : values) {
+    std::uint64_t bits = 0;
+    std::memcpy(&bits, &value, sizeof bits);
+    w.raw("d_").zeros(2);
+    for (unsigned shift = 64; shift > 0; shift -= 8) w.u8(bits >> (shift - 8) & 255);
+  }
+  return chunk("elck", "Complete Controls State", w.take());
+}
 
 Clip& Playlist::clip(const AudioFile& file) {
   Clip& made = clips.emplace_back();
@@ -247,7 +292,10 @@ std::vector<std::uint8_t> SessionBuilder::image() const {
   BlockWriter w;
   std::size_t payload = 0;
   for (const auto& [type, bytes] : payloads_) payload += bytes.size() + 16;
-  for (const Track& track : tracks_) payload += track.plugin_state_.size() + 2048;
+  payload += tracks_.size() * 2048;
+  for (const Track& track : tracks_) {
+    for (const Insert& insert : track.inserts) payload += insert.chunks.size() + 512;
+  }
   w.reserve(payload + tables.legs.size() * 320 + 8192);
 
   session_head(w, 5, key_);
@@ -266,6 +314,7 @@ std::vector<std::uint8_t> SessionBuilder::image() const {
   write_midi(w);
   write_tempo_and_meter(w);
   write_midi_devices(w);
+  write_plugin_names(w);
   write_rows(w, tables);
   write_real_time_properties(w);
   if (color_coding_) {
@@ -579,6 +628,19 @@ void SessionBuilder::write_midi_devices(BlockWriter& w) const {
   w.close();
 }
 
+// Both codes of a signature with their last character first.
+void SessionBuilder::write_plugin_names(BlockWriter& w) const {
+  if (plugin_names_.empty()) return;
+  w.open(0x1018, 2).u32(static_cast<std::uint32_t>(plugin_names_.size()));
+  for (const auto& [signature, name] : plugin_names_) {
+    std::string code = signature;
+    std::reverse(code.begin(), code.begin() + 4);
+    std::reverse(code.begin() + 4, code.end());
+    w.open(0x1017, 2).u8(0).text(name).raw(code).zeros(8).close();
+  }
+  w.close();
+}
+
 // A block for each MIDI strip, by row, and the session's own behind them.
 void SessionBuilder::write_real_time_properties(BlockWriter& w) const {
   std::vector<RealTime> strips;
@@ -704,10 +766,9 @@ void SessionBuilder::write_row(BlockWriter& w, const Tables& tables, std::size_t
     name_block();
     w.u8(track.is_soloed).u8(static_cast<unsigned>(track.automation)).zeros(3).u8(1).close();
     w.u8(std::min(track.channels - 1, 2U)).fill(2, 0xff).u8(!track.is_inactive);
-    w.open(0x2627).u16(track.plugin_state_.empty() ? 0 : 1);
-    if (!track.plugin_state_.empty()) {
-      w.open(0x2616).open(0x2615).open(0x2613, 6).u16(1).leaf(0x1038, track.plugin_state_).close().close().close();
-    }
+    w.open(0x2627).u16(static_cast<unsigned>(track.inserts.size() + track.hardware_inserts.size()));
+    for (unsigned slot = 0; slot < track.inserts.size(); ++slot) write_insert(w, track.inserts[slot], slot);
+    for (const std::string& slot : track.hardware_inserts) write_hardware_insert(w, slot);
     w.close();
     if (!has_levels) return;
     const auto level = [&](double db, bool post, bool muted, const Send* send, const std::string* output) {

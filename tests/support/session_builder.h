@@ -17,6 +17,7 @@
 #include <deque>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -149,6 +150,39 @@ struct Send {
   Send& right_pan_points(Automation points) { return right_pans = std::move(points), *this; }
 };
 
+// A control of a plug-in that is automated: times and values of 0 to 1.
+struct PluginControl {
+  std::string name;
+  std::uint32_t number = 0;
+  double initial = 0;
+  std::vector<std::pair<std::uint32_t, double>> points = {};
+  std::string label = {};
+};
+
+// A plug-in insert. Its settings stand in chunks, as the AAX plug-in gave them.
+struct Insert {
+  std::string signature;  // maker code, then plug-in code, 4 characters each
+  std::vector<std::uint8_t> chunks;
+  unsigned channels = 1;
+  unsigned key_id = 0xffff;  // number of the key input, or none
+  bool is_bypassed = false, is_inactive = false;
+  std::vector<PluginControl> controls;
+
+  // With one chunk, or none: then its chunks are to be added.
+  explicit Insert(std::string its_signature) : signature(std::move(its_signature)) {}
+  Insert(std::string its_signature, const std::vector<std::uint8_t>& state) : Insert(std::move(its_signature)) {
+    chunk("plug", "settings", state);
+  }
+  Insert& chunk(std::string_view id, std::string_view name, const std::vector<std::uint8_t>& data);
+  // The chunk of control values, by which plug-ins without a form of their own are kept.
+  Insert& control_values(const std::vector<double>& values);
+  Insert& key(unsigned id) { return key_id = id, *this; }
+  Insert& bypass() { return is_bypassed = true, *this; }
+  Insert& deactivate() { return is_inactive = true, *this; }
+  Insert& multi_mono(unsigned count) { return channels = count, *this; }
+  Insert& automate(PluginControl control) { return controls.push_back(std::move(control)), *this; }
+};
+
 // What a path of the I/O setup leads to. A leg route carries an extra pair of its source's channels.
 enum class PathKind { kInput, kOutput, kBus, kInsert, kLegs = 6 };
 
@@ -173,8 +207,9 @@ struct Track {
   std::vector<Send> sends;
   std::string output_path = "Output 1-2", input_path, leg_path;
   bool has_output = true;
-  std::vector<std::uint8_t> plugin_state_;
-  std::deque<Playlist> playlists;  // the first is the one that plays
+  std::vector<Insert> inserts;
+  std::vector<std::string> hardware_inserts;  // their slots
+  std::deque<Playlist> playlists;             // the first is the one that plays
   std::deque<MidiClip> midi_clips;
   int midi_program = -1;
   unsigned midi_fader = 100, midi_pan = 64;
@@ -220,8 +255,8 @@ struct Track {
   Track& instrument_id(std::uint64_t id) { return midi_instrument = id, *this; }
   Track& sample_based_midi() { return midi_in_samples = true, *this; }
   Track& real_time_properties(RealTime properties) { return real_time = properties, *this; }
-  // Bytes of a plug-in's state, opaque; they make a session as heavy as real ones are.
-  Track& plugin_state(std::vector<std::uint8_t> bytes) { return plugin_state_ = std::move(bytes), *this; }
+  Track& insert(Insert insert) { return inserts.push_back(std::move(insert)), *this; }
+  Track& hardware_insert(std::string slot) { return hardware_inserts.push_back(std::move(slot)), *this; }
 
   Clip& clip(const AudioFile& file) { return playlists.front().clip(file); }
   Track& crossfade(std::uint64_t cut, std::uint64_t length, std::uint64_t before, FadeShape shape = {});
@@ -319,6 +354,10 @@ class SessionBuilder {
   SessionBuilder& midi_device(std::string name, bool is_plugin) {
     return midi_devices_.emplace_back(std::move(name), is_plugin), *this;
   }
+  // What the session calls a plug-in.
+  SessionBuilder& plugin_name(std::string signature, std::string name) {
+    return plugin_names_.emplace_back(std::move(signature), std::move(name)), *this;
+  }
   // By what tracks and clips without a colour of their own are coloured.
   SessionBuilder& color_coding(std::uint8_t of_tracks, std::uint8_t of_clips) {
     return color_coding_ = {of_tracks, of_clips}, *this;
@@ -363,6 +402,7 @@ class SessionBuilder {
   void write_track_list(BlockWriter& w, const Tables& tables) const;
   void write_midi(BlockWriter& w) const;
   void write_midi_devices(BlockWriter& w) const;
+  void write_plugin_names(BlockWriter& w) const;
   void write_real_time_properties(BlockWriter& w) const;
   void write_tempo_and_meter(BlockWriter& w) const;
   void write_rows(BlockWriter& w, const Tables& tables) const;
@@ -394,6 +434,7 @@ class SessionBuilder {
   std::deque<Location> locations_;
   std::vector<IoPath> paths_;
   std::vector<std::pair<std::string, bool>> midi_devices_;
+  std::vector<std::pair<std::string, std::string>> plugin_names_;  // signature, name
   std::optional<std::pair<std::uint8_t, std::uint8_t>> color_coding_;
   std::vector<std::pair<std::uint16_t, std::vector<std::uint8_t>>> payloads_;
 };

@@ -4,6 +4,7 @@
 #include <unordered_set>
 #include <utility>
 
+#include "session/inserts/inserts.h"
 #include "session/mixer/inactive_entries.h"
 #include "session/mixer/io_paths.h"
 #include "session/mixer/lanes.h"
@@ -47,6 +48,7 @@ Mixer read_mixer(const SessionImage& image, const std::vector<Block>& roots,
   mixer.midi_states = read_midi_track_states(image, mixer.rows);
   mixer.midi_devices = read_midi_devices(image);
   mixer.midi_elsewhere = read_midi_elsewhere(image, mixer.rows, mixer.midi_devices);
+  mixer.inserts = read_all_inserts(image, mixer.strips, mixer.rows);
   mixer.key_buses = read_key_buses(image);
   mixer.routes = find_routes(image);
   mixer.routing = read_track_routing(image, mixer.rows, mixer.strips, mixer.routes);
