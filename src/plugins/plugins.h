@@ -8,6 +8,8 @@
 #include <vector>
 
 #include "plugins/knowledge.h"
+#include "plugins/knowledge_list.h"
+#include "plugins/param_names.h"
 #include "plugins/scan_list.h"
 #include "session/inserts/insert_tables.h"
 
@@ -19,9 +21,12 @@ std::string insert_key(const InsertRecord& insert);
 // Avid's own maker codes, and those of instruments that come with Pro Tools.
 bool is_stock_family(std::string_view signature);
 
+// The first built-in row whose signature begins the key, with an identifier or without; null if there is none.
+const KnowledgeRecord* built_in_record(std::string_view key);
+
 struct Plugins {
   ReaperPluginCache cache;  // empty if no list of REAPER's was found
-  std::vector<KnowledgeRecord> overrides, learned, matched;
+  KnowledgeList overrides, learned, matched;
   std::set<std::string, std::less<>> vst2_overrides;                // keys under --prefer-vst2
   std::set<std::string, std::less<>> marker_only;                   // keys named from a .vst3 entry without class id
   std::map<std::string, std::pair<std::string, int>> kept_on_vst3;  // by key: name, number of inserts
@@ -30,11 +35,13 @@ struct Plugins {
   bool kontakt_measured = false;  // the version found takes the settings in a form that was measured, else predicted
   int clap_overrides = 0;
   std::vector<std::string> clap_refusals;  // names whose settings can't be carried to the CLAP build
-  std::map<std::string, std::map<int, std::string>, std::less<>> param_names;  // by display text: REAPER index -> name
+  ParamNames param_names;
 
   // The first hit of: overrides, built-in rows with an identifier, learned rows, matched rows, any built-in row. Null
   // for a key that nothing knows.
   const KnowledgeRecord* lookup(std::string_view key) const;
+  // The same before anything was matched: built-in and learned rows alone.
+  const KnowledgeRecord* lookup_unmatched(std::string_view key) const;
 };
 
 }  // namespace frt

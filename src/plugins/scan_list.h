@@ -32,4 +32,17 @@ struct ReaperPluginCache {
   bool empty() const { return entries.empty(); }
 };
 
+// Where lists are sought, beside REAPER's own folders below APPDATA and HOME. Folders may be empty.
+struct ScanListPlaces {
+  std::string vstini_path;  // of --vstini
+  std::string session_folder;
+  std::string program_folder;
+};
+
+// The first VST list that holds a plug-in, and the first such CLAP list of its folder.
+ReaperPluginCache load_plugin_cache(const ScanListPlaces& places);
+
+std::vector<ReaperPluginEntry> read_vst_list(std::string_view text);
+std::vector<ReaperPluginEntry> read_clap_list(std::string_view text);
+
 }  // namespace frt
