@@ -8,6 +8,7 @@
 #include "app/help.h"
 #include "base/file.h"
 #include "base/text.h"
+#include "plugins/learn.h"
 #include "report/usage_file.h"
 #include "run/text_output.h"
 #include "stages/conversion.h"
@@ -25,13 +26,6 @@ int finish(const CommandLine& line, int status) {
     std::getchar();
   }
   return status;
-}
-
-// Teaching the program a plug-in needs the plug-in lists, which this version doesn't read yet.
-int learn_plugin(const std::string& /*chain_path*/, const std::string& /*signature*/,
-                 const std::string& /*program_path*/) {
-  print_text("\n  --learn is not part of this version. Nothing was learned.\n");
-  return kFailed;
 }
 
 // A run that writes its report, which must stand on disc as the caller of the run got it.

@@ -1,9 +1,13 @@
 #include "base/base64.h"
 
 namespace frt {
+namespace {
+
+constexpr std::string_view kAlphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+
+}  // namespace
 
 std::string base64(ByteView bytes) {
-  static constexpr char kAlphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
   std::string out;
   out.reserve((bytes.size() + 2) / 3 * 4);
   for (std::size_t i = 0; i < bytes.size(); i += 3) {
@@ -15,6 +19,18 @@ std::string base64(ByteView bytes) {
     out += i + 2 < bytes.size() ? kAlphabet[group & 63] : '=';
   }
   return out;
+}
+
+void Base64Decoder::add(std::string_view text) {
+  for (const char c : text) {
+    const std::size_t digit = kAlphabet.find(c);
+    if (digit == kAlphabet.npos) continue;
+    bits_ = bits_ << 6 | static_cast<std::uint32_t>(digit);
+    held_ += 6;
+    if (held_ < 8) continue;
+    held_ -= 8;
+    bytes_.push_back(static_cast<std::uint8_t>(bits_ >> held_));
+  }
 }
 
 }  // namespace frt

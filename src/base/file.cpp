@@ -264,4 +264,20 @@ void OutputFile::discard() {
   good_ = false;
 }
 
+bool append_to_file(const std::string& path, std::string_view text) {
+  const Descriptor file(::open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0666));
+  struct stat before {};
+  if (!file.good() || ::fstat(file.number(), &before) != 0) return false;
+  while (!text.empty()) {
+    const ssize_t done = ::write(file.number(), text.data(), text.size());
+    if (done < 0 && errno == EINTR) continue;
+    if (done <= 0) {
+      if (::ftruncate(file.number(), before.st_size) != 0) errno = 0;
+      return false;
+    }
+    text.remove_prefix(static_cast<std::size_t>(done));
+  }
+  return true;
+}
+
 }  // namespace frt

@@ -108,4 +108,7 @@ class OutputFile final : public TextTarget {
   std::string temporary_;  // empty where the target is written directly
 };
 
+// Puts text behind what a file holds, or makes the file. False if it can't: the file is then as it was.
+bool append_to_file(const std::string& path, std::string_view text);
+
 }  // namespace frt
