@@ -1,12 +1,12 @@
 // A plug-in's settings as its REAPER build takes them, from what Pro Tools stored of its AAX build.
 #pragma once
 
-#include <cstdint>
-#include <vector>
+#include <string_view>
 
 #include "base/bytes.h"
 #include "plugins/knowledge.h"
 #include "session/inserts/insert_tables.h"
+#include "state/containers.h"
 
 namespace frt {
 
@@ -18,12 +18,17 @@ struct TransformOptions {
 };
 
 struct TransformedState {
-  std::vector<std::uint8_t> bytes;  // empty: nothing could be carried
-  bool midi_trigger_off = false;    // a MIDI trigger was switched off in it
+  StateBytes bytes;               // empty: nothing could be carried
+  bool midi_trigger_off = false;  // a MIDI trigger was switched off in it
 };
 
-// `image` is the session's, which the insert's positions count in.
+// `image` is the session's, which the insert's positions count in. Every path makes a form that is known or gives
+// nothing: settings that a plug-in would take wrongly are worse than its defaults.
 TransformedState transform_state(const InsertRecord& insert, const KnowledgeRecord& record, ByteView image,
                                  const TransformOptions& options);
+
+// Switches the MIDI trigger off in a state that came whole from the session; true if it did. For plug-ins that have
+// one, on tracks that carry MIDI.
+bool switch_off_midi_trigger(std::string_view signature, StateBytes& state, const TransformOptions& options);
 
 }  // namespace frt
