@@ -3,10 +3,12 @@
 
 #include <string>
 
+#include "state/clap_overrides.h"
 #include "state/containers.h"
 #include "state/makers/antares_parameters.h"
 #include "state/transform.h"
 #include "support/block_writer.h"
+#include "support/console.h"
 
 namespace frt {
 namespace {
@@ -474,6 +476,59 @@ TEST(Transforms, Line6SectionsAreWalked) {
   for (int i = 0; i < 29; ++i) many += section("XXXX", "");
   EXPECT_NE(state(many + apsh), "");
   EXPECT_EQ(state(many + section("XXXX", "") + apsh), "") << "the 33rd section";
+}
+
+TEST(ClapBuilds, ArePreferredWhereTheyTakeTheSettings) {
+  Plugins plugins;
+  const auto entry = [&](const char* file, const char* display) {
+    ReaperPluginEntry e;
+    e.file = file;
+    e.display = display;
+    e.clap_id = "id." + std::string(file);
+    e.is_clap = true;
+    plugins.cache.entries.push_back(e);
+  };
+  entry("a.clap", "Comp 2 (Maker)");
+  entry("b.clap", "COMP-2 (maker)");
+  entry("verb.clap", "Verb X");
+  entry("two.clap", "First");
+  entry("two.clap", "Second");
+  Inserts inserts;
+  const std::string image = "DOC";
+  inserts.image = view_of(image);
+  const auto plugin = [&](const char* signature, const char* display, const char* file, StateKind kind) {
+    InsertRecord insert;
+    insert.signature = signature;
+    insert.end = 3;
+    insert.doc_len = 3;
+    insert.kind = kind;
+    inserts.records.push_back(insert);
+    KnowledgeRecord record;
+    record.signature = signature;
+    record.name = display;
+    record.display_text = display;
+    record.file = file;
+    record.ident = kVst3;
+    plugins.matched.add(record);
+  };
+  plugin("MAKEcomp", "VST3: Comp 2 (Maker)", "x.vst3", StateKind::kChunk);
+  plugin("MAKEverb", "VST3: Verb", "/p/Ve rb.vst3", StateKind::kMeta);
+  plugin("MAKEeq__", "VST3: Equal", "/p/VERB.vst3", StateKind::kChunk);
+  plugin("MAKEtwo_", "VST3: Third", "two.vst3", StateKind::kChunk);
+  plugin("MAKEnone", "Nothing", "", StateKind::kChunk);
+  std::string console;
+  {
+    const TextCapture capture(console);
+    prefer_clap_builds(plugins, inserts, {});
+  }
+  EXPECT_EQ(console,
+            "    MAKEcomp -> CLAP: Comp 2 (Maker)                           [--prefer-clap]\n"
+            "    MAKEeq__ -> CLAP: Verb X                                   [--prefer-clap]\n"
+            "    MAKEverb stays on VST3: Verb: its settings cannot be carried to the CLAP build yet\n");
+  EXPECT_EQ(plugins.clap_overrides, 2);
+  EXPECT_EQ(plugins.clap_refusals, std::vector<std::string>{"VST3: Verb"});
+  EXPECT_EQ(plugins.lookup("MAKEcomp")->ident, "id.a.clap");
+  EXPECT_EQ(plugins.lookup("MAKEtwo_")->ident, kVst3);
 }
 
 }  // namespace
