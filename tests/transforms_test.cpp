@@ -3,12 +3,15 @@
 
 #include <string>
 
+#include "base/file.h"
 #include "state/clap_overrides.h"
 #include "state/containers.h"
+#include "state/corpus.h"
 #include "state/makers/antares_parameters.h"
 #include "state/transform.h"
 #include "support/block_writer.h"
 #include "support/console.h"
+#include "support/temp_folder.h"
 
 namespace frt {
 namespace {
@@ -529,6 +532,29 @@ TEST(ClapBuilds, ArePreferredWhereTheyTakeTheSettings) {
   EXPECT_EQ(plugins.clap_refusals, std::vector<std::string>{"VST3: Verb"});
   EXPECT_EQ(plugins.lookup("MAKEcomp")->ident, "id.a.clap");
   EXPECT_EQ(plugins.lookup("MAKEtwo_")->ident, kVst3);
+}
+
+TEST(Corpus, KeepsEachBlockOnce) {
+  const test::TempFolder folder;
+  const std::string path = folder.path().string(), image = "..block..";
+  InsertRecord insert;
+  insert.signature = "../A\\BCD";
+  insert.start = 2;
+  insert.end = 7;
+  insert.kind = StateKind::kChunk;
+  insert.doc_off = 3;
+  insert.doc_len = 4;
+  KnowledgeRecord record;
+  record.name = "Plug";
+  record.ident = "1{2}";
+  for (int run = 0; run < 2; ++run) dump_corpus(path, "s/Song.ptx", insert, record, view_of("state"), view_of(image));
+  dump_corpus(path, "s/Song.ptx", insert, record, {}, view_of(image));
+  // FNV-1a of "block", and of "blockstate".
+  EXPECT_EQ(read_head(path + "/...A.BCD.14e5faab9ce0e362.block", 100), "block");
+  EXPECT_EQ(read_head(path + "/...A.BCD.76918aea633b0f07.chunk", 100), "state");
+  EXPECT_EQ(read_head(path + "/index.tsv", 1000),
+            "name\tsig\tproduct\tident\tkind\tblocklen\tdocoff\tdoclen\tchunklen\tsession\n"
+            "/...A.BCD.76918aea633b0f07.\t../A\\BCD\tPlug\t1{2}\t13\t5\t1\t4\t5\ts/Song.ptx\n");
 }
 
 }  // namespace
