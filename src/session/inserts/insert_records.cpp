@@ -7,6 +7,7 @@
 #include "base/ranges.h"
 #include "image/content_types.h"
 #include "session/inserts/plugin_controls.h"
+#include "session/inserts/state_scan.h"
 
 namespace frt {
 namespace {
@@ -131,7 +132,10 @@ std::vector<InsertRecord> read_inserts(const SessionImage& image) {
     const Range row = rows.around(block.start);
     insert.row_start = row.start;
     insert.row_end = row.end;
-    if (allowance.take(block)) insert.end = trimmed_end(bytes, block);
+    if (allowance.take(block)) {
+      insert.end = trimmed_end(bytes, block);
+      scan_state(bytes, insert);
+    }
     read_marks(image, block, insert);
   }
   read_plugin_controls(image, inserts);
