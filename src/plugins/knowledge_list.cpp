@@ -27,4 +27,16 @@ const KnowledgeRecord* KnowledgeList::find(std::string_view key) const {
   return found < records_.size() ? &records_[found] : nullptr;
 }
 
+KnowledgeTable::KnowledgeTable(std::span<const KnowledgeRecord> rows) {
+  for (const KnowledgeRecord& row : rows) {
+    if (!row.ident.empty()) identified.add(row);
+    all.add(row);
+  }
+}
+
+const KnowledgeTable& built_in_table() {
+  static const KnowledgeTable table(knowledge_rows());
+  return table;
+}
+
 }  // namespace frt

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <deque>
+#include <span>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -34,5 +35,13 @@ class KnowledgeList {
   HashByName<std::size_t> first_;     // by signature
   std::vector<std::size_t> lengths_;  // of signatures, each once
 };
+
+// A table of rows, with an identifier and without.
+struct KnowledgeTable {
+  explicit KnowledgeTable(std::span<const KnowledgeRecord> rows);
+  KnowledgeList identified, all;
+};
+
+const KnowledgeTable& built_in_table();
 
 }  // namespace frt

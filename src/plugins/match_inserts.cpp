@@ -109,7 +109,7 @@ class Matching {
 
   void run() {
     for (const auto& [key, facts] : gather_keys(inserts_.records)) {
-      const KnowledgeRecord* row = built_in_record(key);
+      const KnowledgeRecord* row = plugins_.table->all.find(key);
       if (!row || row->ident.empty()) {
         match(key, facts, row);
       } else if (key != kKontakt || !override_kontakt(key, facts, *row)) {

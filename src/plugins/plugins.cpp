@@ -5,23 +5,6 @@
 namespace frt {
 namespace {
 
-// The built-in rows with an identifier, and all of them: in both the earlier of two rows wins.
-struct BuiltIn {
-  KnowledgeList identified, all;
-
-  BuiltIn() {
-    for (const KnowledgeRecord& row : knowledge_rows()) {
-      if (!row.ident.empty()) identified.add(row);
-      all.add(row);
-    }
-  }
-};
-
-const BuiltIn& built_in() {
-  static const BuiltIn tables;
-  return tables;
-}
-
 // The first list that knows the key decides.
 template <std::size_t N>
 const KnowledgeRecord* first_hit(std::string_view key, const std::array<const KnowledgeList*, N>& lists) {
@@ -47,14 +30,12 @@ bool is_stock_family(std::string_view signature) {
   return false;
 }
 
-const KnowledgeRecord* built_in_record(std::string_view key) { return built_in().all.find(key); }
-
 const KnowledgeRecord* Plugins::lookup(std::string_view key) const {
-  return first_hit<5>(key, {&overrides, &built_in().identified, &learned, &matched, &built_in().all});
+  return first_hit<5>(key, {&overrides, &table->identified, &learned, &matched, &table->all});
 }
 
 const KnowledgeRecord* Plugins::lookup_unmatched(std::string_view key) const {
-  return first_hit<3>(key, {&built_in().identified, &learned, &built_in().all});
+  return first_hit<3>(key, {&table->identified, &learned, &table->all});
 }
 
 }  // namespace frt

@@ -21,10 +21,8 @@ std::string insert_key(const InsertRecord& insert);
 // Avid's own maker codes, and those of instruments that come with Pro Tools.
 bool is_stock_family(std::string_view signature);
 
-// The first built-in row whose signature begins the key, with an identifier or without; null if there is none.
-const KnowledgeRecord* built_in_record(std::string_view key);
-
 struct Plugins {
+  const KnowledgeTable* table = &built_in_table();
   ReaperPluginCache cache;  // empty if no list of REAPER's was found
   KnowledgeList overrides, learned, matched;
   std::set<std::string, std::less<>> vst2_overrides;                // keys under --prefer-vst2
