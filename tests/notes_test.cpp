@@ -18,7 +18,8 @@ struct Scene {
   ConversionOptions options;
   Session session;
   Problem problem;
-  Told told{options, session, problem};
+  Plugins plugins;
+  Told told{options, session, plugins, problem};
 };
 using Change = void (*)(Scene&);
 

@@ -17,12 +17,13 @@ struct Scene {
   ConversionOptions options;
   Session session;
   Problem problem;
-  Told told{options, session, problem};
+  Plugins plugins;
+  Told told{options, session, plugins, problem};
 };
 
 TEST(Report, NeedsALookCountsItsSectionsAndNamesAllInFull) {
   Scene scene;
-  PluginTables& plugins = scene.told.plugins;
+  FxCounts& plugins = scene.told.mix.fx;
   plugins.aax_only = {{"DigiX", {"Big Room", 3, 1}}};
   plugins.unrecognized = {{"AbcdEfgh", 1}};
   plugins.not_installed = {{"Amp", "VST3"}};

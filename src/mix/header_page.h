@@ -9,6 +9,7 @@
 
 #include "mix/bind.h"
 #include "mix/envelopes.h"
+#include "mix/fx_chain.h"
 #include "mix/marker_pages.h"
 #include "mix/tempo_points.h"
 #include "run/options.h"
@@ -28,6 +29,7 @@ struct MasterPage {
   double volume = 1;  // gain
   bool mute = false;
   std::vector<Envelope> envelopes;
+  FxChain fx;
 };
 
 struct HeaderPage {

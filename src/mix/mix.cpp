@@ -5,9 +5,32 @@
 #include <vector>
 
 namespace frt {
+namespace {
 
-Mix mix_tracks(const Session& session, std::vector<OutputTrack>& tracks, const TrackFacts& facts,
-               const MixTables& tables, MediaFiles& media, const ConversionOptions& options) {
+// The chains in the order of the project: the master's, those of tracks, those of return tracks.
+FxCounts mix_fx_chains(const Session& session, const Plugins& plugins, const TrackFacts& facts,
+                       const ConversionOptions& options, Mix& mix) {
+  FxChainMaker maker(session, plugins, mix.routing.keys, options);
+  const auto strip = [&](std::string_view name) {
+    const auto width = facts.width.find(name);
+    return FxStrip{.name = name, .channels = width == facts.width.end() ? 2 : width->second};
+  };
+  FxStrip master = strip(session.mixer.master.name);
+  master.of_master = true;
+  mix.header.master.fx = maker.make(master);
+  for (TrackPage& page : mix.tracks) {
+    FxStrip track = strip(page.track->key());
+    track.has_midi = !page.track->midi_items.empty();
+    page.fx = maker.make(track);
+  }
+  for (ReturnPage& page : mix.returns) page.fx = maker.make(strip(page.name));
+  return maker.take_counts();
+}
+
+}  // namespace
+
+Mix mix_tracks(const Session& session, const Plugins& plugins, std::vector<OutputTrack>& tracks,
+               const TrackFacts& facts, const MixTables& tables, MediaFiles& media, const ConversionOptions& options) {
   Mix mix;
   Header header = make_header_page(session, options);
   mix.header = std::move(header.page);
@@ -25,6 +48,7 @@ Mix mix_tracks(const Session& session, std::vector<OutputTrack>& tracks, const T
   mix.tracks = std::move(pages.pages);
   mix.counts.tracks = std::move(pages.counts);
   mix.solo_keeper = mix.counts.tracks.solo_keeper;
+  mix.counts.fx = mix_fx_chains(session, plugins, facts, options, mix);
   mix.counts.midi = mix_midi_items(session, mix.tracks, options);
   mix.counts.items = mix_items(tracks, media, session.clock, options);
   return mix;

@@ -17,6 +17,7 @@ struct MixCounts {
   RoutingCounts routing;
   TrackCounts tracks;
   int return_tracks = 0;  // written behind the others
+  FxCounts fx;
   ItemCounts items;
   MidiItemCounts midi;
 };
@@ -30,9 +31,9 @@ struct Mix {
   MixCounts counts;
 };
 
-// Decides every value of the project. Finishes the items of `tracks`, which, like `session` and `tables`, must live as
-// long as the result.
-Mix mix_tracks(const Session& session, std::vector<OutputTrack>& tracks, const TrackFacts& facts,
-               const MixTables& tables, MediaFiles& media, const ConversionOptions& options);
+// Decides every value of the project. Finishes the items of `tracks`, which, like `session`, `plugins` and `tables`,
+// must live as long as the result.
+Mix mix_tracks(const Session& session, const Plugins& plugins, std::vector<OutputTrack>& tracks,
+               const TrackFacts& facts, const MixTables& tables, MediaFiles& media, const ConversionOptions& options);
 
 }  // namespace frt

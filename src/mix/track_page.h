@@ -15,6 +15,7 @@
 #include "base/by_name.h"
 #include "mix/bind.h"
 #include "mix/envelopes.h"
+#include "mix/fx_chain.h"
 #include "mix/midi_items.h"
 #include "mix/receives.h"
 #include "mix/routing.h"
@@ -58,6 +59,7 @@ struct StripPage {
   GroupLinks groups;
   int height = 0;  // pixels, 0 for REAPER's own
   bool main_send = true;
+  FxChain fx;
   std::vector<SendReceive> send_receives;
   std::vector<Envelope> envelopes;
   std::string_view comment;  // written as an item of its own; empty for none

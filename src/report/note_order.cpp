@@ -17,44 +17,56 @@ constexpr Group kMixNotes[] = {
 
 constexpr Group kRunNotes[] = {
     // ---- Result of the run, totals ----
-    notes::read_and_written, notes::blank_line, notes::totals,
+    notes::read_and_written,
+    notes::blank_line,
+    notes::totals,
 
     // ---- MIDI controllers and SysEx ----
     notes::midi_data,
 
     // ---- Strips and sends ----
-    notes::strips, notes::sends, notes::midi_tracks, notes::outputs,
+    notes::strips,
+    notes::sends,
+    notes::midi_tracks,
+    notes::outputs,
     // The click's player.
     notes::send_settings,
 
     // ---- Inserts and key inputs ----
-    // Inserts.
+    notes::insert_states,
     notes::key_inputs,
-    // MIDI triggering switched off.
+    notes::midi_triggers,
     notes::keys_left,
 
     // ---- Automation ----
-    notes::send_automation, notes::master_fader, notes::automation_points, notes::midi_events, notes::dual_pan,
-    // Plug-in parameter automation.
+    notes::send_automation,
+    notes::master_fader,
+    notes::automation_points,
+    notes::midi_events,
+    notes::dual_pan,
+    notes::parameter_automation,
     notes::automated_tracks,
 
     // ---- Tempo ----
     notes::tempo,
 
     // ---- Clips ----
-    notes::clips, notes::stand_ins_left_out,
+    notes::clips,
+    notes::stand_ins_left_out,
 
     // ---- Options and colours ----
     notes::color_options,
-    // Plug-in builds chosen: --prefer-vst2, Kontakt.
+    notes::plugin_builds,
     notes::track_colors,
 
     // ---- Meter and markers ----
-    notes::meter, notes::markers,
+    notes::meter,
+    notes::markers,
 
     // ---- Colour schemes ----
     // Track and clip coding.
-    notes::pan_law, notes::color_theme,
+    notes::pan_law,
+    notes::color_theme,
 
     // ---- Clip gain lines ----
     notes::gain_lines,
@@ -64,13 +76,18 @@ constexpr Group kRunNotes[] = {
     notes::further_masters,
 
     // ---- Track state ----
-    notes::track_state, notes::midi_faders, notes::automation_modes, notes::patches, notes::orphan_playlists,
+    notes::track_state,
+    notes::midi_faders,
+    notes::automation_modes,
+    notes::patches,
+    notes::orphan_playlists,
     notes::comments,
 
     // ---- Trim and polarity ----
 
     // ---- Wide tracks, solo ----
-    notes::surround_folds, notes::soloed_and_muted,
+    notes::surround_folds,
+    notes::soloed_and_muted,
 
     // ---- Folders ----
 
@@ -85,39 +102,53 @@ constexpr Group kRunNotes[] = {
     notes::real_time_properties,
 
     // ---- Recording format and timecode ----
-    notes::recording_format, notes::timecode,
+    notes::recording_format,
+    notes::timecode,
 
     // ---- CLAP builds ----
+    notes::clap_builds,
 
     // ---- Surround buses and panners ----
     notes::surround_buses,
 
     // ---- Locks and grid ----
-    notes::clip_locks, notes::grid, notes::sample_based_midi,
+    notes::clip_locks,
+    notes::grid,
+    notes::sample_based_midi,
 
     // ---- Video ----
 
     // ---- Group checks, hardware inserts ----
+    notes::hardware_inserts,
 
     // ---- Timebase of tracks ----
-    notes::track_timebase, notes::sync_points,
+    notes::track_timebase,
+    notes::sync_points,
 
     // ---- Clip groups, stretched clips ----
 
     // ---- Folding ----
-    notes::folded_tracks, notes::one_sided, notes::wide_strips, notes::fixed_lanes,
+    notes::folded_tracks,
+    notes::one_sided,
+    notes::wide_strips,
+    notes::fixed_lanes,
 
     // ---- Selection and order ----
-    notes::selection, notes::freeze_records, notes::silenced_tracks, notes::track_names,
+    notes::selection,
+    notes::freeze_records,
+    notes::silenced_tracks,
+    notes::track_names,
 
     // ---- Overlaps ----
 
     // ---- Fades, deleted placements, alternates ----
-    notes::fades, notes::set_aside,
+    notes::fades,
+    notes::set_aside,
     // Renamed tracks.
     notes::blank_line,
 
     // ---- Plug-ins ----
+    notes::plugins,
 };
 
 constexpr Group kMediaNotes[] = {

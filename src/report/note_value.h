@@ -21,7 +21,7 @@ inline auto parts_of(const Told& told) {
   const SessionSettings& settings = session.headers.settings;
   const ClipCounts& clips = told.clips;
   const MixCounts& mix = told.mix;
-  return std::tie(told, told.options,                                                                               //
+  return std::tie(told, told.options, told.plugins,                                                                 //
                   session.saved_by, session.clock.tempo, session.mixer, session.mixer.table, session.mixer.master,  //
                   settings.recording, settings.timecode, settings.pan_depth,                                        //
                   clips, clips.pairing, clips.deleted, clips.fades, clips.gain, clips.long_clips,                   //
@@ -29,7 +29,7 @@ inline auto parts_of(const Told& told) {
                   mix, mix.header, mix.header.tempo, mix.header.markers,                                            //
                   mix.routing, mix.routing.sends, mix.routing.keys,                                                 //
                   mix.tracks, mix.tracks.envelopes, mix.tracks.receives, mix.items,                                 //
-                  mix.midi, mix.midi.colors,                                                                        //
+                  mix.midi, mix.midi.colors, mix.fx, mix.fx.parameters,                                             //
                   told.media);
 }
 

@@ -45,15 +45,15 @@ ReportOutcome build_report(const Told& told) {
   add_head(report, told);
   add_overview(report, told);
   add_track_list(report, told);
-  add_plugin_rows(report, told.plugins);
-  add_plugins(report, told.plugins);
+  add_plugin_rows(report, told.mix.fx);
+  add_plugins(report, told);
   outcome.needs_look = add_needs_look(report, told);
   add_picture_and_wide(report, told);
   add_privacy(report, told.options.usage_shared);
   outcome.text = report.take();
   outcome.summary_line = format_text("summary tracks=%d clips=%d notes=%d fx=%d written=%d needs_look=%d%s",
                                      told.tracks_written(), told.mix.items.clips_written, told.mix.midi.notes,
-                                     told.plugins.instances(), told.plugins.rows_of(PluginOutcome::kSettings),
+                                     told.mix.fx.instances(), told.mix.fx.rows_of(FxOutcome::kSettings),
                                      outcome.needs_look, told.problem.kind.empty() ? "" : " problem=1");
   return outcome;
 }

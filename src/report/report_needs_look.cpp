@@ -10,7 +10,7 @@ namespace {
 
 // The parts of NEEDS A LOOK. Each gives 1 if there was something to say, else 0.
 
-int add_aax_only(TextBuilder& report, const PluginTables& plugins) {
+int add_aax_only(TextBuilder& report, const FxCounts& plugins) {
   if (plugins.aax_only.empty()) return 0;
   report.print(
       "  AAX ONLY - no VST/VST3 version of these exists, so no converter\n"
@@ -63,7 +63,7 @@ int add_count(TextBuilder& report, const char* line, int count) {
 }  // namespace
 
 int add_needs_look(TextBuilder& report, const Told& told) {
-  const PluginTables& plugins = told.plugins;
+  const FxCounts& plugins = told.mix.fx;
   report.print("\nNEEDS A LOOK\n");
   int parts = add_aax_only(report, plugins);
   parts += add_plugins_counted(report,

@@ -3,6 +3,7 @@
 #include <cstddef>
 
 #include "base/text.h"
+#include "report/plugin_builds.h"
 #include "report/report.h"
 #include "report/report_sections.h"
 #include "report/timecode_text.h"
@@ -85,6 +86,34 @@ void add_switches(TextBuilder& report, const Told& told) {
   }
 }
 
+// Builds that plug-ins were moved to, or kept from.
+void add_builds_chosen(TextBuilder& report, const Plugins& plugins) {
+  if (!plugins.kept_on_vst3.empty()) {
+    report.print(
+        "--prefer-vst2: %d plug-in(s) kept on their VST3 build so their\n"
+        "settings carry: %s.\n"
+        "Their VST2 builds keep settings in a form this version cannot\n"
+        "write yet\n",
+        inserts_kept_on_vst3(plugins), plugins_kept_on_vst3(plugins).c_str());
+  }
+  if (plugins.kontakt_instances <= 0) return;
+  const std::string kontakt = kontakt_name(plugins);
+  if (plugins.kontakt_measured) {
+    report.print(
+        "Kontakt: %d instance(s) written for %s, the Kontakt installed\n"
+        "here. Pro Tools saved them with Kontakt 6; %s plays those\n"
+        "settings unchanged\n",
+        plugins.kontakt_instances, kontakt.c_str(), kontakt.c_str());
+  } else {
+    report.print(
+        "Kontakt: %d instance(s) written for %s, the Kontakt installed\n"
+        "here. Pro Tools saved them with Kontakt 6, and they are written\n"
+        "the way Kontakt 7 takes them. %s itself is untested, so check\n"
+        "that each instrument loads\n",
+        plugins.kontakt_instances, kontakt.c_str(), kontakt.c_str());
+  }
+}
+
 }  // namespace
 
 void add_head(TextBuilder& report, const Told& told) {
@@ -142,7 +171,7 @@ void add_overview(TextBuilder& report, const Told& told) {
   }
   // Clip Effects.
   add_switches(report, told);
-  // Plug-in builds chosen: --prefer-vst2, Kontakt.
+  add_builds_chosen(report, told.plugins);
   if (const std::string master(told.session.mixer.master.name); !master.empty()) {
     report.print("master fader \"%s\" carried onto the REAPER master\n", master.c_str());
   }
@@ -152,14 +181,15 @@ void add_track_list(TextBuilder& report, const Told& told) {
   report.print("\nTRACK LIST (Pro Tools edit-window order)\n");
   report.print("  %-3s %-34s %5s %5s %3s\n", "#", "name", "clips", "notes", "fx");
   constexpr std::size_t kLongestName = 34;
+  const StripInserts& strips = told.session.mixer.inserts.strips;
   int number = 0;
   for (const OutputTrack& track : told.tracks) {
     std::size_t clips = track.items.size();
     for (const Lane& lane : track.lanes) clips += lane.items.size();
     int notes = 0;
     for (const MidiItem& item : track.midi_items) notes += item.note_count;
-    const auto inserts = told.plugins.inserts.find(track.key());
-    const int fx = inserts == told.plugins.inserts.end() ? 0 : inserts->second;
+    const auto inserts = strips.find(track.key());
+    const int fx = inserts == strips.end() ? 0 : static_cast<int>(inserts->second.size());
     const bool empty = clips == 0 && notes == 0 && fx == 0;
     report.print("  %-3d %-34s %5d %5d %3d%s\n", ++number, track.name.substr(0, kLongestName).c_str(),
                  static_cast<int>(clips), notes, fx, empty ? "   (empty)" : "");

@@ -7,17 +7,17 @@
 namespace frt {
 namespace {
 
-void add_totals(TextBuilder& report, const PluginTables& plugins) {
+void add_totals(TextBuilder& report, const FxCounts& plugins) {
   const int rows = static_cast<int>(plugins.rows.size());
-  const int settings = plugins.rows_of(PluginOutcome::kSettings);
-  const int defaults = plugins.rows_of(PluginOutcome::kDefaults);
+  const int settings = plugins.rows_of(FxOutcome::kSettings);
+  const int defaults = plugins.rows_of(FxOutcome::kDefaults);
   report.print(
       "  %d instance(s): %d arrived with Pro Tools settings, %d inserted at\n"
       "  the plug-in's own defaults, %d could not be inserted.\n",
       rows, settings, defaults, rows - settings - defaults);
 
   const auto marked = std::count_if(plugins.rows.begin(), plugins.rows.end(),
-                                    [](const PluginRow& row) { return row.waits_for_install(); });
+                                    [](const FxReportRow& row) { return row.waits_for_install(); });
   if (marked == 1) {
     report.print(
         "  1 is marked (not installed): its settings WERE written, and it\n"
@@ -28,7 +28,7 @@ void add_totals(TextBuilder& report, const PluginTables& plugins) {
         "  they load as soon as those plug-ins are installed for REAPER.\n",
         static_cast<int>(marked));
   }
-  const int left_out = plugins.rows_of(PluginOutcome::kNotInstalled);
+  const int left_out = plugins.rows_of(FxOutcome::kNotInstalled);
   if (left_out == 1) {
     report.print("  1 is not installed for REAPER here and was left out, as asked.\n");
   } else if (left_out > 1) {
@@ -36,15 +36,15 @@ void add_totals(TextBuilder& report, const PluginTables& plugins) {
   }
 }
 
-void add_plugin_row(TextBuilder& report, const PluginRow& row) {
+void add_plugin_row(TextBuilder& report, const FxReportRow& row) {
   constexpr std::size_t kLongestName = 26;
   const char* word = "[dropped ]";
-  if (row.outcome == PluginOutcome::kSettings) word = "[settings]";
-  if (row.outcome == PluginOutcome::kDefaults) word = "[defaults]";
+  if (row.outcome == FxOutcome::kSettings) word = "[settings]";
+  if (row.outcome == FxOutcome::kDefaults) word = "[defaults]";
   report.print("    %2d %s %-26s", row.slot, word, row.name.substr(0, kLongestName).c_str());
   if (row.automation_points > 0) report.print("  %d automation point(s)", row.automation_points);
   if (row.waits_for_install()) report.print("  (not installed for REAPER here)");
-  if (!row.reason.empty() && row.outcome != PluginOutcome::kSettings) report.print("  - %s", row.reason.c_str());
+  if (!row.reason.empty() && row.outcome != FxOutcome::kSettings) report.print("  - %s", row.reason.c_str());
   report.print("\n");
 }
 
@@ -86,7 +86,7 @@ void add_plugin_counts(TextBuilder& report, const std::map<std::string, int>& pl
   for (const auto& [name, count] : plugins) report.print("    %-24s x%d\n", name.c_str(), count);
 }
 
-void add_plugin_rows(TextBuilder& report, const PluginTables& plugins) {
+void add_plugin_rows(TextBuilder& report, const FxCounts& plugins) {
   if (plugins.rows.empty()) return;
   report.print("\nEVERY PLUG-IN, AND WHAT HAPPENED TO IT\n");
   add_totals(report, plugins);
@@ -96,23 +96,24 @@ void add_plugin_rows(TextBuilder& report, const PluginTables& plugins) {
       "        [dropped ]  not inserted; the line says why\n"
       "\n");
 
-  const std::string* track = nullptr;
-  for (const PluginRow& row : plugins.rows) {
-    if (track == nullptr || *track != row.track) report.print("  %s\n", row.track.c_str());
-    track = &row.track;
+  const std::string* strip = nullptr;
+  for (const FxReportRow& row : plugins.rows) {
+    if (strip == nullptr || *strip != row.strip) report.print("  %s\n", row.strip.c_str());
+    strip = &row.strip;
     add_plugin_row(report, row);
   }
 }
 
-void add_plugins(TextBuilder& report, const PluginTables& plugins) {
+void add_plugins(TextBuilder& report, const Told& told) {
+  const FxCounts& plugins = told.mix.fx;
   report.print("\nPLUG-INS\n");
   const int instances = plugins.instances();
   report.print("  %d instance(s) found, %d written with their settings\n", instances,
-               plugins.rows_of(PluginOutcome::kSettings));
+               plugins.rows_of(FxOutcome::kSettings));
   add_plugin_counts(report, plugins.all);
   if (instances == 0) return;
   add_advice(report);
-  if (!plugins.reaper_list_found) {
+  if (told.plugins.cache.empty()) {
     report.print(
         "    This run could not check which of them you have: REAPER's\n"
         "    own plug-in list was not found on this computer. REAPER\n"

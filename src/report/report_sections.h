@@ -15,8 +15,8 @@ void add_overview(TextBuilder& report, const Told& told);
 void add_track_list(TextBuilder& report, const Told& told);
 
 // report_plugins.cpp
-void add_plugin_rows(TextBuilder& report, const PluginTables& plugins);
-void add_plugins(TextBuilder& report, const PluginTables& plugins);
+void add_plugin_rows(TextBuilder& report, const FxCounts& plugins);
+void add_plugins(TextBuilder& report, const Told& told);
 void add_plugin_counts(TextBuilder& report, const std::map<std::string, int>& plugins);  // a line a plug-in
 
 // report_needs_look.cpp

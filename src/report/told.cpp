@@ -20,9 +20,11 @@ std::vector<std::string> slots_of(const std::vector<UnusualStrip>& strips) {
 
 }  // namespace
 
-Told::Told(const ConversionOptions& its_options, const Session& its_session, const Problem& its_problem)
+Told::Told(const ConversionOptions& its_options, const Session& its_session, const Plugins& its_plugins,
+           const Problem& its_problem)
     : options(its_options),
       session(its_session),
+      plugins(its_plugins),
       problem(its_problem),
       wide_strips(slots_of(its_session.mixer.unusual_strips)) {}
 

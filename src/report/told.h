@@ -14,7 +14,7 @@
 #include "model/midi/midi_tracks.h"
 #include "model/tracks/folding.h"
 #include "model/tracks/order.h"
-#include "report/plugin_tables.h"
+#include "plugins/plugins.h"
 #include "run/options.h"
 #include "run/problem.h"
 #include "session/session.h"
@@ -28,10 +28,12 @@ struct DualPanCounts {
 
 struct Told {
   // The session's mixer must be read by then.
-  Told(const ConversionOptions& its_options, const Session& its_session, const Problem& its_problem);
+  Told(const ConversionOptions& its_options, const Session& its_session, const Plugins& its_plugins,
+       const Problem& its_problem);
 
   const ConversionOptions& options;
   const Session& session;  // its clips have moved on to the items
+  const Plugins& plugins;  // what is known of the session's plug-ins
   const Problem& problem;
 
   std::vector<std::string> wide_strips;  // "name (5 control slots)": neither mono nor stereo
@@ -42,7 +44,6 @@ struct Told {
   OrderCounts order;
   MixCounts mix;
   MediaCounts media;
-  PluginTables plugins;
   const HeaderPage* header = nullptr;   // as written
   std::span<const OutputTrack> tracks;  // as written
 

@@ -5,6 +5,7 @@
 #include <optional>
 #include <utility>
 
+#include "base/file.h"
 #include "base/path.h"
 #include "base/plain_numbers.h"
 #include "base/text.h"
@@ -13,6 +14,7 @@
 #include "model/midi/midi_tracks.h"
 #include "model/tracks/folding.h"
 #include "model/tracks/order.h"
+#include "plugins/load_plugins.h"
 #include "ptf/ptf_format.h"
 #include "report/notes.h"
 #include "report/report.h"
@@ -25,6 +27,8 @@
 #include "stages/midi_statistics.h"
 #include "stages/session_list.h"
 #include "stages/writing.h"
+#include "state/clap_overrides.h"
+#include "state/corpus.h"
 
 namespace frt {
 namespace {
@@ -59,7 +63,7 @@ class Conversion {
     }
     if (!read()) return 1;
     if (options_.list_only || options_.dump_tables) return 0;
-    Told told(options_, session_, problem_);
+    Told told(options_, session_, plugins_, problem_);
     shape(told);
     arrange_tracks(told);
     if (!write(told)) return 1;
@@ -80,6 +84,10 @@ class Conversion {
     if (options_.list_only) print_session_list(session_);
     if (options_.dump_tables) print_long_text(dump(session_));
     if (!options_.list_only && std::getenv("FRT_DUMP_LANES")) dump_lanes(session_.mixer.strips);
+    if (options_.list_only || options_.dump_tables) return true;
+    plugins_ = load_plugins(options_, session_.mixer.inserts, [this](Plugins& plugins) {
+      prefer_clap_builds(plugins, session_.mixer.inserts, options_);
+    });
     return true;
   }
 
@@ -119,14 +127,39 @@ class Conversion {
     report_step(progress_, Step::kWriting);
     told.output_path = wanted_output_path(options_);
     media_.emplace(media_places(options_, told.output_path), session_.media);
-    mix_ = mix_tracks(session_, ordered_.tracks, ordered_.facts, tables_, *media_, options_);
+    mix_ = mix_tracks(session_, plugins_, ordered_.tracks, ordered_.facts, tables_, *media_, options_);
     told.mix = std::move(mix_.counts);
     told.header = &mix_.header;
     told.tracks = ordered_.tracks;
     print_mix_notes(told);
     const MediaPlaces& places = media_->places();
     told.media_folder = folder_from_project(places.media, places.project, places.working);
-    return write_output(mix_, options_, told.output_path, progress_);
+    if (!write_output(mix_, options_, told.output_path, progress_)) return false;
+    if (!options_.corpus_dir.empty()) save_corpus();
+    return true;
+  }
+
+  // What was written of each plug-in with its settings.
+  void save_corpus() {
+    const auto save = [&](const FxChain& chain) {
+      for (const FxSlot& slot : chain.slots) {
+        if (!slot.has_state) continue;
+        dump_corpus(options_.corpus_dir, options_.session_path, *slot.insert, *slot.record,
+                    view_of(slot.carried_state()), slot.image);
+      }
+    };
+    save(mix_.header.master.fx);
+    for (const TrackPage& page : mix_.tracks) save(page.fx);
+    for (const ReturnPage& page : mix_.returns) save(page.fx);
+  }
+
+  // The plug-ins whose parameter names would have placed lanes that no other rule knows.
+  void write_wanted_params(const Told& told) {
+    if (options_.want_params_path.empty()) return;
+    std::string names;
+    for (const std::string& plugin : told.mix.fx.parameters.wanted_params) names += plugin + "\n";
+    OutputFile file;
+    if (file.open(options_.want_params_path) && file.write(names)) file.commit();
   }
 
   void tell(Told& told, RunOutcome& outcome) {
@@ -136,6 +169,7 @@ class Conversion {
     print_media_notes(told);
     if (progress_ || result_ || options_.write_report) report(told, outcome);
     print_closing_notes(told);
+    write_wanted_params(told);
     if (options_.check_only)
       print_text(
           "\n  --check: nothing was written. The lines above are what a real\n      conversion of this session would "
@@ -161,6 +195,7 @@ class Conversion {
   PTFFormat ptf_;
   std::optional<SessionImage> image_;
   Session session_;
+  Plugins plugins_;
   ShapedClips shaped_;
   OrderedTracks ordered_;
   MixTables tables_;  // most of passes that are yet to come

@@ -6,6 +6,7 @@
 #include "base/base64.h"
 #include "writer/comments.h"
 #include "writer/envelope.h"
+#include "writer/fx_chain.h"
 
 namespace frt {
 namespace {
@@ -71,7 +72,7 @@ void write_project_header(ProjectText& project, const HeaderPage& page) {
   project.text(" 0.000000 -1 -1.000000 1.000000\n  MASTER_PANMODE 3\n");
   if (!page.master.envelopes.empty()) project.text("  MASTERAUTOMODE 1\n");
   write_envelopes(project, page.master.envelopes, "  ");
-  // The master's plug-in chain comes here.
+  write_fx_chain(project, page.master.fx);
 }
 
 }  // namespace frt

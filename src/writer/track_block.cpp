@@ -7,6 +7,7 @@
 #include "writer/audio_item.h"
 #include "writer/comments.h"
 #include "writer/envelope.h"
+#include "writer/fx_chain.h"
 #include "writer/midi_item.h"
 #include "writer/receives.h"
 
@@ -105,7 +106,7 @@ void write_track(ProjectText& out, const TrackPage& page, std::uint32_t index) {
   out.print("    NCHAN %d\n    FX 1\n    TRACKID %s\n    MAINSEND %d 0\n", page.channels,
             make_guid(guid_seed::kTrackId + index).c_str(), page.main_send ? 1 : 0);
   write_bus_receives(out, page.bus_receives);
-  // The plug-in chain comes here.
+  write_fx_chain(out, page.fx);
   write_send_receives(out, page.send_receives);
   if (page.silenced_take) out.text("    MUTESOLO 1 0 0\n");  // the later line holds
   write_lane_names(out, track);
@@ -135,7 +136,7 @@ void write_return_track(ProjectText& out, const ReturnPage& page, std::uint32_t 
   out.print("    FREEMODE 0\n    TRACKHEIGHT %d 0 0 0 0 0 0\n    INQ 0 0 0 0.5 100 0 0 100\n", page.height);
   out.print("    NCHAN 2\n    FX 1\n    TRACKID %s\n    MAINSEND %d 0\n",
             make_guid(guid_seed::kReturnTrackId + index).c_str(), page.main_send ? 1 : 0);
-  // The plug-in chain comes here.
+  write_fx_chain(out, page.fx);
   write_send_receives(out, page.send_receives);
   write_envelopes(out, page.envelopes, "    ");
   if (!page.comment.empty()) write_comment_item(out, page.comment, seed);

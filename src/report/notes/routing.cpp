@@ -37,12 +37,14 @@ void print_mismatched_keys(const Told& told) {
 
 void print_multi_mono_pairs(const Told& told) {
   for (const MultiMonoPair& pair : told.mix.routing.multi_mono_pairs) {
+    const KnowledgeRecord* known = told.plugins.lookup(insert_key(*pair.first_leg));
+    const std::string& plugin = known ? known->name : pair.first_leg->signature;
     print_text(
         "  NOTE: '%s' carries what looks like ONE unlinked MULTI-MONO\n"
         "    %s: two records, keyed off '%s' and '%s'. It is written\n"
         "    as two stereo plug-ins IN SERIES, which compresses twice --\n"
         "    Pro Tools runs one per channel in parallel. Known gap.\n",
-        std::string(pair.strip).c_str(), pair.first_leg->signature.c_str(), std::string(pair.first_bus).c_str(),
+        std::string(pair.strip).c_str(), plugin.c_str(), std::string(pair.first_bus).c_str(),
         std::string(pair.second_bus).c_str());
   }
 }

@@ -55,6 +55,15 @@ NoteGroup strips();
 NoteGroup master_fader();
 NoteGroup further_masters();
 
+// plugins.cpp
+NoteGroup insert_states();
+NoteGroup midi_triggers();
+NoteGroup parameter_automation();
+NoteGroup plugin_builds();
+NoteGroup clap_builds();
+NoteGroup hardware_inserts();
+NoteGroup plugins();
+
 // privacy.cpp
 NoteGroup privacy();
 
