@@ -347,7 +347,7 @@ TEST(Transforms, ControlListsGoTheWayThatTheirPluginKnows) {
   EXPECT_EQ(plugin(kVst3, second, {}, 1).state(), pair_of("DOC", ""));
   EXPECT_EQ(plugin(kVst3, second, {1}, 0).state(), "");
   EXPECT_EQ(plugin(kVst3, second, {1}, 1).clap().state(), "DOC");
-  EXPECT_EQ(plugin(kVst3, second, {1}, 2).clap().state(), "");
+  EXPECT_EQ(plugin(kVst3, chunks, {1}, 2).clap().state(), "");
   Plugin with_program = plugin(kVst2, second, {1}, 1);
   with_program.record.default_program = "Def";
   EXPECT_EQ(with_program.state().substr(0, 4), "FabF");
@@ -360,6 +360,8 @@ TEST(Transforms, ControlListsGoTheWayThatTheirPluginKnows) {
   EXPECT_EQ(juce.state(), le(55) + le(1) + "DOC" + kJuceTail + zeros(8));
   juce.insert.alt.length = 4;
   EXPECT_EQ(juce.state(), "") << "runs past the block";
+  juce.insert.alt = {5 + 17 + 4, 3, "found", 1, 2};
+  EXPECT_EQ(juce.state(), "") << "two chunks could be it";
 
   Plugin floats = plugin(kVst3, second, {0.5, 0.25}, 1);
   floats.record.floats_only = true;
@@ -368,6 +370,8 @@ TEST(Transforms, ControlListsGoTheWayThatTheirPluginKnows) {
   EXPECT_EQ(floats.state(), le(13) + le(1) + zeros(1) + f32(0.5) + f32(0.25) + f32(0) + zeros(8));
   floats.record.float_count = floats.record.float_lead = 0;
   EXPECT_EQ(floats.state(), le(80) + le(1) + f32(0.5) + f32(0.25) + zeros(72 + 8));
+  floats.record.default_program = "Def";
+  floats.insert.signature = "FabFFC2p";
   EXPECT_EQ(floats.clap().state(), "");
 }
 
@@ -438,6 +442,8 @@ TEST(Transforms, TemplateTakesThePlaceOfTheHead) {
   std::string changed = chain;
   changed[18 + 16 + 1] = 0;
   EXPECT_EQ(plugin(chain).state(), le(66) + le(1) + "CMXH" + le(58) + changed + zeros(8));
+  const std::string short_view = entry("RHCP", "") + entry("VGCP", "123") + entry("DPCP", "");
+  EXPECT_EQ(plugin(short_view).state().substr(16), short_view + zeros(8));
   EXPECT_EQ(plugin(entry("RHCP", "ab") + entry("VGCP", "12345")).state(), "");
   EXPECT_EQ(plugin(entry("RHCQ", "ab") + entry("DPCP", "end")).state(), "");
   std::string long_chain;
