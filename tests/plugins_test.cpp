@@ -74,7 +74,7 @@ TEST(ScanLists, KeepAndDropVstLines) {
       {"a.vst3=0,5{" + id + "}},Name", "a.vst3|Name|Name|5|" + id + "| vst3\n"},
       {"a.vst3=0,5{" + id.substr(1) + ",Name", "a.vst3|Name|Name|5|| vst3\n"},
       {"a.vst3=0,5{x" + id.substr(1) + ",Name", "a.vst3|Name|Name|5|| vst3\n"},
-      {".vst3=0,5,Name", ".vst3|Name|Name|5|| vst3\n"},
+      {".vst3=0,5,Name", ".vst3|Name|Name|5||\n"},
       {"a.vst3<any>=0,5{" + id + ",Name", "a.vst3|Name|Name|5|any| vst3\n"},
       {"a.vst3<>=0,5{" + id + ",Name", "a.vst3|Name|Name|5|" + id + "| vst3\n"},
       {"a.vst3<b<c>=0,5,Name", "a.vst3|Name|Name|5|b<c| vst3\n"},

@@ -79,7 +79,8 @@ std::optional<ReaperPluginEntry> read_vst_line(std::string_view line) {
   entry.short_name = short_name_of(display);
   take_key(line.substr(0, equals), entry);
   if (entry.class_id.empty()) entry.class_id = class_id_behind(id_field);
-  entry.is_vst3 = lower_ascii(entry.file).ends_with(".vst3");
+  constexpr std::string_view kEnding = ".vst3";
+  entry.is_vst3 = entry.file.size() > kEnding.size() && lower_ascii(entry.file).ends_with(kEnding);
   return entry;
 }
 
