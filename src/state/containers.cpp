@@ -6,6 +6,8 @@
 #include <cstring>
 
 #include "base/text.h"
+#include "plugins/identity.h"
+#include "plugins/side_text.h"
 
 namespace frt {
 namespace {
@@ -37,16 +39,6 @@ std::uint64_t input_mask(std::uint32_t input, const KnowledgeRecord& record, con
 
 void put_mask(StateWriter& out, std::uint64_t mask) { out.u32(mask & 0xFFFFFFFF).u32(mask >> 32); }
 
-bool is_digit(char c) { return c >= '0' && c <= '9'; }
-
-// The value of a hexadecimal digit, -1 for another character.
-int hex_value(char c) {
-  if (is_digit(c)) return c - '0';
-  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-  return -1;
-}
-
 // A state that a multi-program JUCE plug-in would write itself is XML of at least this size.
 constexpr std::size_t kLeastXmlState = 45;
 
@@ -64,8 +56,8 @@ constexpr std::size_t kVstwAroundDocument = 215, kBankAroundDocument = 191, kChu
 constexpr std::size_t kBankReserved = 128, kBehindDocument = 16;
 
 constexpr std::size_t kClassIdDigits = 32;
-constexpr std::string_view kVst2Mark = "565354";  // a class id made from a VST2: "VST", its code, its name
-constexpr std::size_t kCodeDigits = 8;
+constexpr std::string_view kVst2Mark = "VST";  // a class id made from a VST2: the mark, its code, its name
+constexpr std::size_t kCode = 4;
 
 constexpr std::size_t kVersionSearched = 512, kLeastVersioned = 16;
 constexpr std::size_t kVersionText = 128;  // longer than any three numbers
@@ -78,13 +70,7 @@ StateWriter& StateWriter::f32(float value) {
   return u32(bits);
 }
 
-std::uint32_t uid_of(std::string_view ident) {
-  std::uint32_t uid = 0;
-  for (std::size_t i = 0; i < ident.size() && is_digit(ident[i]); ++i) {
-    uid = uid * 10 + static_cast<std::uint32_t>(ident[i] - '0');
-  }
-  return uid;
-}
+std::uint32_t uid_of(std::string_view ident) { return leading_number(ident); }
 
 std::string_view class_id_of(std::string_view ident) {
   const std::size_t open = ident.find('{');
@@ -138,17 +124,10 @@ StateBytes pack_vstw(std::string_view code, std::uint32_t version, std::string_v
 
 std::string plugin_code(const KnowledgeRecord& record, std::string_view signature) {
   if (signature == "JptrATLv") return "ATxL";
-  const std::string_view id = class_id_of(record.ident).substr(0, kClassIdDigits);
-  const bool hex = std::all_of(id.begin(), id.end(), [](char c) { return hex_value(c) >= 0; });
-  if (id.size() == kClassIdDigits && hex && id.starts_with(kVst2Mark)) {
-    std::string code;
-    for (std::size_t i = 0; i < kCodeDigits; i += 2) {
-      const std::size_t at = kVst2Mark.size() + i;
-      code.push_back(static_cast<char>(hex_value(id[at]) * 16 + hex_value(id[at + 1])));
-    }
-    return code;
-  }
-  return signature.size() < 8 ? "????" : std::string(signature.substr(signature.size() - 4));
+  const auto id = decoded(class_id_of(record.ident).substr(0, kClassIdDigits));
+  const std::string_view bytes = id ? text_of({id->data(), id->size()}) : "";
+  if (bytes.starts_with(kVst2Mark)) return std::string(bytes.substr(kVst2Mark.size(), kCode));
+  return signature.size() < 8 ? "????" : std::string(signature.substr(signature.size() - kCode));
 }
 
 std::uint32_t plugin_version(ByteView document) {
