@@ -122,28 +122,13 @@ TEST(ScanLists, IdentityStrings) {
   EXPECT_EQ(clap[0].display_text() + " " + clap[0].ident(), "CLAPi: A com.a");
 }
 
-// The environment as a test needs it, back as it was behind it.
-class Variable {
- public:
-  Variable(const char* name, const std::string* value) : name_(name) {
-    if (const char* there = std::getenv(name)) before_ = there;
-    value ? ::setenv(name, value->c_str(), 1) : ::unsetenv(name);
-  }
-  ~Variable() { before_ ? ::setenv(name_, before_->c_str(), 1) : ::unsetenv(name_); }
-  Variable(const Variable&) = delete;
-  Variable& operator=(const Variable&) = delete;
-
- private:
-  const char* name_;
-  std::optional<std::string> before_;
-};
-
 TEST(ScanLists, SearchedInOrder) {
   // Each place is better than those ahead of it; the folder in the last one, a pipe and lists without an entry are
   // passed over.
   const TempFolder folder;
   const std::string appdata = folder.at("appdata"), home = folder.at("home");
-  const Variable set_appdata("APPDATA", &appdata), set_home("HOME", &home);
+  ::setenv("APPDATA", appdata.c_str(), 1);
+  ::setenv("HOME", home.c_str(), 1);
   const ScanListPlaces places{folder.at("given.ini"), folder.at("session"), folder.at("program")};
   const std::string entry = "a.dll=0,5,Name\n";
   std::vector<std::string> ladder;
@@ -169,12 +154,12 @@ TEST(ScanLists, SearchedInOrder) {
   std::filesystem::remove(folder.at(ladder[ladder.size() - 3]));
   ASSERT_EQ(::mkfifo(folder.at(ladder[ladder.size() - 3]).c_str(), 0600), 0);
   EXPECT_EQ(load_plugin_cache(places).path, folder.at(ladder[ladder.size() - 4]));
+  for (const char* name : {"APPDATA", "HOME"}) ::unsetenv(name);
 }
 
 TEST(ScanLists, ClapListsStandBesideTheVstList) {
   const TempFolder folder;
   const ScanListPlaces places{folder.at("list.ini"), "", ""};
-  const Variable no_appdata("APPDATA", nullptr), no_home("HOME", nullptr);
   const std::vector<std::string> names = {"macos-aarch64", "linux-aarch64", "linux-x86_64", "macos-x86_64",
                                           "macos-arm64",   "win32",         "win64"};
   for (const std::string& name : names) folder.put("reaper-clap-" + name + ".ini", "com." + name + "=0|A\n");
@@ -650,7 +635,6 @@ TEST(Learning, RefusesWhatIsNoChain) {
 
 TEST(LoadPlugins, TellsWhatItReadInOrder) {
   const TempFolder folder;
-  const Variable no_appdata("APPDATA", nullptr), no_home("HOME", nullptr);
   ConversionOptions options;
   options.session_path = folder.at("Song.ptx");
   options.program_path = folder.at("ferrite");
