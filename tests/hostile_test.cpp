@@ -70,6 +70,13 @@ TEST(SlowHostileSession, EveryCutAndEveryChangedByteOfTheTablesIsRead) {
   s.bus("Verb", {3, 4}).io_path(PathKind::kLegs, "Pair", {1});
   s.aux("Reverb").send("Pair", -3, {{0, -6}}).input_bus("Verb").takes_legs_of("Pair");
   s.midi_track("Keys").midi_clip("riff", 0, 8000, {{0, 10}, {960, 40}});
+  s.plugin_name("ToneEqua", "EQ")
+      .instrument("Pad")
+      .hardware_insert("A 1")
+      .insert(Insert("ToneEqua")
+                  .control_values({0.5})
+                  .chunk("plug", "x", std::vector<std::uint8_t>(40, 200))
+                  .automate({"Gain", 1, 0.5, {{0, 1}}, "dB"}));
   BlockWriter w;
   for (int i = 0; i < 2; ++i) {
     w.open(0x2502).zeros(2).u8(1).u8(0).open(0x103d).zeros(70).close().fill(120, 1).close();  // real-time properties
@@ -110,7 +117,7 @@ std::vector<std::uint8_t> session_with(const std::vector<std::uint8_t>& more) {
 
 TEST(SlowHostileSession, BlocksNestedAMillionDeep) {
   constexpr std::uint32_t kDepth = 1'000'000;
-  for (const unsigned type : {0x1054U, 0x1052U, 0x261cU, 0x261bU, 0x2624U, 0x262aU, 0x7777U}) {
+  for (const unsigned type : {0x1054U, 0x1052U, 0x261cU, 0x261bU, 0x2624U, 0x262aU, 0x1038U, 0x260fU, 0x7777U}) {
     BlockWriter w;
     w.reserve(kDepth * 9);
     // Each block's content is its content type and the next block.
@@ -121,7 +128,8 @@ TEST(SlowHostileSession, BlocksNestedAMillionDeep) {
 
 TEST(SlowHostileSession, BlocksThatOverlapWithoutEnd) {
   // Every block reaches to the end of the file: as deep as the file is long, for each reader of ranges.
-  for (const unsigned type : {0x1029U, 0x2619U, 0x261bU, 0x260cU, 0x260dU, 0x1052U, 0x2519U, 0x2637U}) {
+  for (const unsigned type :
+       {0x1029U, 0x2619U, 0x261bU, 0x260cU, 0x260dU, 0x1052U, 0x2519U, 0x2637U, 0x1038U, 0x2612U}) {
     std::vector<std::uint8_t> image = small_session().image();
     const std::size_t end = image.size() + 100'000 * 20;
     BlockWriter w;
@@ -155,6 +163,42 @@ TEST(SlowHostileSession, RowsMixesAndPathsInsideEachOther) {
     while (start + w.size() < end - 1000) unit(w);
     expect_within_limits(session_with(w.zeros(end - start - w.size()).take()), what);
   }
+}
+
+// Settings in which every position could begin a document and each guess compares thousands of bytes.
+TEST(SlowHostileSession, InsertsThatInviteGuesses) {
+  constexpr std::size_t kSize = 2'000'000;
+  const std::pair<const char*, std::string> patterns[] = {
+      {"packed data", std::string("x\x01\x02\x00", 4)},
+      {"lengths", std::string("VC2?\x40\x9c\x00\x00RIFF\x40\x9c\x00\x00", 16)},
+      {"braces", "{"},
+      {"closed braces", std::string(500, '{') + std::string(500, '}') + std::string(200, '\0')},
+      {"texts with braces", "{\n\tindex = \"{"},
+      {"shells", std::string("\0\x10\0\0", 4) + std::string(16, 'a') + "XPst"},
+      {"controls", std::string("l_\0\0\0\0\0\0", 8)},
+      {"text", "abcdefgh"},
+  };
+  for (const auto& [what, pattern] : patterns) {
+    std::vector<std::uint8_t> state(kSize);
+    for (std::size_t i = 0; i < kSize; ++i) state[i] = static_cast<std::uint8_t>(pattern[i % pattern.size()]);
+    for (std::size_t i = 100; i < kSize; i += 3989) state[i] ^= 0x40;  // where long comparisons end
+    BlockWriter w;
+    w.open(0x1038).u8(1).zeros(15).raw("ToneEqua").u32(0x01020304).raw("none").bytes(state).close();
+    expect_within_limits(session_with(w.zeros(2).take()), what);
+  }
+}
+
+// Each holder of controls reads the same points.
+TEST(SlowHostileSession, ControlsThatShareTheirPoints) {
+  BlockWriter inside, w;
+  inside.open(0x260b).zeros(16).u16(60000).zeros(12).zeros(8 * 60000 + 2).close().text("Gain").zeros(20);
+  const std::vector<std::uint8_t> points = inside.take();
+  w.open(0x1038).zeros(40).close();
+  constexpr std::uint32_t kHolders = 100'000;
+  for (std::uint32_t left = kHolders; left > 0; --left) {
+    w.u8('Z').u16(1).u32(left * 9 - 7 + static_cast<std::uint32_t>(points.size())).u16(0x260f);
+  }
+  expect_within_limits(session_with(w.bytes(points).take()), "controls");
 }
 
 TEST(SlowHostileSession, CountsNearTheirLimit) {

@@ -16,6 +16,8 @@ void put(const std::filesystem::path& path, const std::vector<std::uint8_t>& byt
       .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
 }
 
+std::vector<std::uint8_t> bytes_of(const std::string& text) { return {text.begin(), text.end()}; }
+
 // A mono track with three clips; what most seeds begin with.
 Track& small_track(SessionBuilder& s) {
   const AudioFile file = s.audio_file("Vox.wav", 480000);
@@ -131,6 +133,44 @@ const Seed kSeeds[] = {
        keys.midi_clip("Keys-02", kQuarter / 2, kQuarter, {{0, kQuarter}});
        s.midi_track("Bass").plays_device(1).midi_clip("Low", 0, kQuarter, {{0, kQuarter}});
        s.midi_track("Cues").instrument_id(77).sample_based_midi().midi_clip("Hit", 48000, 24000, {{0, 12000}});
+     }},
+    {"inserts",
+     [](SessionBuilder& s) {
+       s.plugin_name("ToneEqua", "Equaliser").plugin_name("WaveABCD", "Shell");
+       Track& t = small_track(s).hardware_insert("Out 3-4");
+       t.insert(Insert("ToneEqua").control_values({0.5, -3, 1000}).chunk("stat", "s", {1, 2, 3}).key(7).bypass());
+       t.insert(Insert("ToneComp")
+                    .control_values({1})
+                    .chunk("stat", "s", std::vector<std::uint8_t>(40, 200))
+                    .automate({"Gain", 3, 0.5, {{100, 0.25}, {48000, 0.75}}, "dB"}));
+       t.insert(Insert("FabFFC2p", bytes_of("FFBS123456789012FFEx12345678")).deactivate().multi_mono(2));
+       Track& keys = s.instrument("Keys");
+       keys.insert(Insert("XmlsXmls", bytes_of("<?xml version=\"1.0\"?><a><b value=\"1\"/></a>")));
+       keys.insert(Insert("IndeText", bytes_of("{\n\tindex = {\n\t\t\"a\\\"}\" }\n}")));
+       keys.insert(Insert("Vc2Vc2Vc", bytes_of("VC2!\x05" + std::string(3, '\0') + "<a/>1")));
+       const std::string tree =
+           "XPst12<PresetChunkXMLTree><PluginSubComp>ABCD</PluginSubComp><PluginName>Q</PluginName>"
+           "<ActiveSetup>SETUP_B</ActiveSetup></PresetChunkXMLTree>FFPr" +
+           std::string(4, '\0') + "Big Room";
+       keys.insert(
+           Insert("WaveShel", bytes_of(std::string(3, '\0') + char(tree.size() + 20) + std::string(16, '\0') + tree)));
+       s.master("Master 1").insert(Insert("NobyKnow", bytes_of("RIFF" + std::string(60, 'a'))));
+     }},
+    {"states",
+     [](SessionBuilder& s) {
+       Track& t = small_track(s);
+       const auto word = [](unsigned value) { return char(value) + std::string(3, '\0'); };
+       const std::string archive = "22 serialization::archive" + std::string(40, '\1'), half(60, 'h');
+       t.insert(Insert("ArchArch", bytes_of(word(65) + archive + word(65) + archive)));
+       t.insert(Insert("KontKont", bytes_of(word(76) + word(0) + word(1) + "hsin" + std::string(60, '\1'))));
+       t.insert(Insert("ZlibZlib", bytes_of(word(7) + word(9) + word(16) + word(64) + "x\x9c" + "123456789012")));
+       t.insert(Insert("ByteByte", bytes_of("\x8d\x98\x85" + std::string(5, '\0') + word(2) + "1234")));
+       t.insert(Insert("HxmcHxmc", bytes_of("HXMC<a/>")));
+       t.insert(Insert("MetaMeta", bytes_of("/*@Meta a */")));
+       t.insert(
+           Insert("TwicTwic", bytes_of(word(68) + std::string(20, '\0') + "FabF" + half + word(1) + "FabF" + half)));
+       t.insert(Insert("TextText", bytes_of(word(130) + std::string(130, 't') + std::string(60, '\2'))));
+       t.insert(Insert("BracBrac", bytes_of("\1\1\1{" + std::string(70, '\t') + "}")));
      }},
     {"rows_2024",
      [](SessionBuilder& s) {

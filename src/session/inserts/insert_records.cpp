@@ -120,7 +120,9 @@ std::vector<InsertRecord> read_inserts(const SessionImage& image) {
   const RowFinder rows(image);
   ScanAllowance allowance(bytes);
   std::vector<InsertRecord> inserts;
-  for (const std::uint32_t i : image.of_type(content::kInsert)) {
+  const auto blocks = image.of_type(content::kInsert);
+  inserts.reserve(blocks.size());
+  for (const std::uint32_t i : blocks) {
     const FlatBlock& block = image.block(i);
     if (block.start + at::kText > bytes.size()) continue;
     InsertRecord& insert = inserts.emplace_back();
