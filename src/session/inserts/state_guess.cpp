@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <vector>
 
+#include "base/byte_scan.h"
+#include "base/ranges.h"
 #include "session/inserts/braces.h"
 #include "session/inserts/tag_repeats.h"
 
@@ -105,9 +107,10 @@ class Guesses {
     constexpr std::int64_t kMost = 24;
     constexpr std::uint64_t kLeast = 64;
     StateGuess closest;
-    for (std::uint64_t r = std::max(start_, body_ - kMost); r + 4 <= end_; ++r) {
-      const auto difference = static_cast<std::int64_t>(*bytes_.u32(r) + r) - static_cast<std::int64_t>(end_);
-      if (difference < -kMost || difference > kMost || difference % 4 != 0) continue;
+    for (std::uint64_t r = std::max<std::uint64_t>(start_, body_ - kMost); r + 4 <= end_; ++r) {
+      const std::uint64_t above = *bytes_.u32(r) + r + kMost - end_;  // the difference, from 0 on
+      if (above > 2 * kMost || above % 4 != 0) continue;
+      const auto difference = static_cast<std::int64_t>(above) - kMost;
       for (std::size_t i = 0; i < std::size(kBackOffsets); ++i) {
         const std::uint64_t q = r + kBackOffsets[i];
         const std::int64_t surplus = difference + static_cast<std::int64_t>(kBackOffsets[i]);
@@ -132,26 +135,23 @@ constexpr std::array<std::string_view, 12> TAGS = {
     "RIFF"};
 constexpr std::string_view kZlib = "zlib", kText = "text";
 
-// True for the bytes with which a tag begins.
-constexpr std::array<bool, 256> begins_tag() {
-  std::array<bool, 256> begins{};
-  for (const std::string_view tag : TAGS) begins[static_cast<std::uint8_t>(tag.front())] = true;
-  begins['x'] = true;
-  return begins;
-}
-constexpr std::array<bool, 256> kBeginsTag = begins_tag();
-
-bool begins_zlib(ByteView bytes, std::uint64_t p) {
-  const std::uint8_t level = bytes.u8_or(p + 1, 0);
-  return *bytes.u8(p) == 'x' && (level == 0x01 || level == 0x5e || level == 0x9c || level == 0xda);
+// The first two bytes of each tag.
+std::uint8_t begins_tag(const ScanWindow<1>& w, std::size_t i) {
+  const std::uint8_t a = w[i], b = w[i + 1];
+  const auto is = [a, b](std::uint8_t first, std::uint8_t second) {
+    return static_cast<std::uint8_t>(static_cast<std::uint8_t>(a == first) & static_cast<std::uint8_t>(b == second));
+  };
+  return static_cast<std::uint8_t>(is('V', 'C') | is('F', 'F') | is('X', 'P') | is('h', 's') | is('F', 'a') |
+                                   is('H', 'X') | is('C', 'M') | is('<', '?') | is('<', 'A') | is('#', 'A') |
+                                   is('2', '2') | is('R', 'I') | is('x', 0x01) | is('x', 0x5e) | is('x', 0x9c) |
+                                   is('x', 0xda));
 }
 
 std::string_view tag_at(ByteView bytes, std::uint64_t p) {
-  if (!kBeginsTag[*bytes.u8(p)]) return {};
   for (const std::string_view tag : TAGS) {
     if (bytes.equals(p, tag)) return tag;
   }
-  return begins_zlib(bytes, p) ? kZlib : std::string_view();
+  return *bytes.u8(p) == 'x' ? kZlib : std::string_view();
 }
 
 class TagSearch {
@@ -160,21 +160,24 @@ class TagSearch {
       : bytes_(bytes), start_(start), end_(bytes.size()), repeats_(bytes), best_(best) {}
 
   void run() {
-    constexpr std::uint64_t kFirst = 24, kSignature = 25, kLeastBehind = 17, kLeastText = 120;
-    for (std::uint64_t p = start_ + kFirst; p + kLeastBehind < end_; ++p) {
-      if (p == start_ + kSignature) continue;
-      std::string_view tag = tag_at(bytes_, p);
-      if (tag.empty()) {
-        if (text_end(p) - p < kLeastText) continue;
-        tag = kText;
-      } else {
-        offer({p, end_ - p, tag, 1, tag == kZlib ? 5 : 7});
-      }
+    constexpr std::uint64_t kFirst = 24, kLeastBehind = 17;
+    const std::uint64_t stop = end_ - kLeastBehind;
+    find_texts(start_ + kFirst);
+    each_position<1>(bytes_, start_ + kFirst, stop, begins_tag, [this](std::uint64_t p) {
+      const std::string_view tag = tag_at(bytes_, p);
+      if (tag.empty() || is_signature(p)) return true;
+      texts_up_to(p);
+      next_ = p + 1;
+      offer({p, end_ - p, tag, 1, tag == kZlib ? 5 : 7});
       by_lengths_ahead(p, tag);
-    }
+      return true;
+    });
+    texts_up_to(stop);
   }
 
  private:
+  static constexpr std::uint64_t kLeastText = 120;
+
   void offer(const StateGuess& guess) {
     if (betters(guess.score, guess.offset)) best_ = guess;
   }
@@ -182,13 +185,37 @@ class TagSearch {
     return score > best_.score || (score == best_.score && p < best_.offset);
   }
 
-  // Where the text around p ends; p itself where there is none.
-  std::uint64_t text_end(std::uint64_t p) {
-    if (text_end_ < p) text_end_ = p;
-    if (text_end_ == p) {
-      while (text_end_ < end_ && is_text(*bytes_.u8(text_end_))) ++text_end_;
+  bool is_signature(std::uint64_t p) const { return p == start_ + 25; }
+  bool is_text_at(std::uint64_t p) const { return is_text(*bytes_.u8(p)); }
+
+  // All texts that are long enough. Each stretch is looked at from its end, so that most bytes of what isn't text are
+  // passed over.
+  void find_texts(std::uint64_t at) {
+    while (at + kLeastText <= end_) {
+      std::uint64_t p = at + kLeastText;
+      while (p > at && is_text_at(p - 1)) --p;
+      if (p == at) {
+        p = at + kLeastText;
+        while (p < end_ && is_text_at(p)) ++p;
+        texts_.push_back({at, p});
+      }
+      at = p;
     }
-    return text_end_;
+  }
+
+  // Tries the positions of texts below `limit`. Further inside a text than a length stands ahead, lengths would be made
+  // of text, so larger than any block that comes.
+  void texts_up_to(std::uint64_t limit) {
+    constexpr std::uint64_t kLeastWordOfText = 0x09090909, kFurthestAhead = 24;
+    for (; text_ < texts_.size(); ++text_) {
+      const Range& text = texts_[text_];
+      std::uint64_t to = std::min(limit, text.end - kLeastText + 1);
+      if (end_ - start_ < kLeastWordOfText) to = std::min(to, text.start + kFurthestAhead);
+      for (std::uint64_t p = std::max(next_, text.start); p < to; ++p) {
+        if (!is_signature(p)) by_lengths_ahead(p, kText);
+      }
+      if (text.end > limit) return;
+    }
   }
 
   void by_lengths_ahead(std::uint64_t p, std::string_view tag) {
@@ -225,7 +252,9 @@ class TagSearch {
   std::uint64_t start_, end_;
   TagRepeats repeats_;
   StateGuess& best_;
-  std::uint64_t text_end_ = 0;
+  std::vector<Range> texts_;
+  std::size_t text_ = 0;    // the first that isn't done
+  std::uint64_t next_ = 0;  // no text begins below
 };
 
 }  // namespace
