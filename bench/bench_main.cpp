@@ -125,8 +125,10 @@ void measure_kinds(const std::vector<std::string>& convert, const std::string& s
       run(convert);
       const auto in = static_cast<double>(std::filesystem::file_size(session));
       const auto out = static_cast<double>(std::filesystem::file_size(project));
-      const std::string copy = "cat '" + project + "' > '" + project + ".copy'";
-      const std::vector<std::string> hash = {"sha256sum", session}, plain_copy = {"sh", "-c", copy};
+      // dd reads and writes through a buffer; cat and cp may let the kernel share the blocks.
+      const std::vector<std::string> hash = {"sha256sum", session};
+      const std::vector<std::string> plain_copy = {"dd", "if=" + project, "of=" + project + ".copy", "bs=64K",
+                                                   "status=none"};
       const Pair pair = side_by_side(convert, out > in ? plain_copy : hash, rounds);
       std::printf("%10zu  %-18s  %7.2f  %7.2f  %9.4f  %7.4f  %5.2f  %11.2f", count, kind.name, in / 1048576,
                   out / 1048576, pair.first, pair.second, pair.first / pair.second,
