@@ -156,6 +156,7 @@ TEST(SlowHostileSession, RowsMixesAndPathsInsideEachOther) {
       {"panners",
        [&](BlockWriter& w) { open(w, 0x260d), open(w, 0x261b), name(w), open(w, 0x260c), lane(w), lane(w); }},
       {"paths", [&](BlockWriter& w) { open(w, 0x1021), w.u8(6).u8(0).text("Gtr").u32(0).u16(42); }},
+      {"inserts", [&](BlockWriter& w) { open(w, 0x1038), w.zeros(16).raw("Lin66SAX").raw("6SMC").zeros(4); }},
       {"MIDI rows", [&](BlockWriter& w) { open(w, 0x2620), open(w, 0x2611), name(w), lane(w); }},
   };
   for (const auto& [what, unit] : units) {

@@ -9,6 +9,8 @@
 namespace frt {
 
 struct KnowledgeRecord {
+  static constexpr std::uint32_t kMostPins = 4096;  // more than any plug-in has; a learned line may claim anything
+
   std::string signature;     // a prefix of the keys it stands for: 8 characters, or 12
   std::string name;          // of the product
   std::string display_text;  // as a project's plug-in line has it, "VST3: ..."

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "plugins/knowledge.h"
+
 namespace frt {
 
 std::optional<std::string_view> LineReader::next() {
@@ -30,8 +32,7 @@ std::uint32_t leading_number(std::string_view text) {
 }
 
 std::uint32_t leading_pin_count(std::string_view text) {
-  constexpr std::uint32_t kMost = 4096;
-  return std::min(leading_number(text), kMost);
+  return std::min(leading_number(text), KnowledgeRecord::kMostPins);
 }
 
 }  // namespace frt

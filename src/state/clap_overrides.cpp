@@ -53,6 +53,7 @@ void prefer_clap_builds(Plugins& plugins, const Inserts& inserts, const Conversi
     const ReaperPluginEntry* entry = entries.build_of(*known);
     if (!entry) continue;
     KnowledgeRecord moved = *known;
+    moved.signature = key;
     moved.display_text = entry->display_text();
     moved.file = entry->file;
     moved.ident = entry->ident();

@@ -14,8 +14,6 @@ namespace {
 
 constexpr std::uint32_t kVstMagic = 0xFEED5EEE;
 constexpr std::uint32_t kHeaderVersion = 1;
-// More pins than any plug-in has; a learned line may claim anything.
-constexpr std::uint32_t kMostPins = 1024;
 
 // Their second input is left open on a strip of one channel: they take a mono signal from the first alone.
 constexpr std::array<std::string_view, 2> kMonoFromFirst = {"Lin6Helx", "Lin66SAX"};
@@ -27,7 +25,8 @@ std::uint64_t channel_mask(std::uint64_t channel) { return channel < 64 ? std::u
 
 std::uint64_t input_mask(std::uint32_t input, const KnowledgeRecord& record, const StripPins& strip) {
   if (input == 1 && strip.channels == 1 &&
-      std::find(kMonoFromFirst.begin(), kMonoFromFirst.end(), record.signature) != kMonoFromFirst.end()) {
+      std::find(kMonoFromFirst.begin(), kMonoFromFirst.end(), std::string_view(record.signature).substr(0, 8)) !=
+          kMonoFromFirst.end()) {
     return 0;
   }
   const bool key_input = input == kKeyInputs || input == kKeyInputs + 1;
@@ -80,7 +79,8 @@ std::string_view class_id_of(std::string_view ident) {
 }
 
 StateBytes state_header(const KnowledgeRecord& record, std::uint64_t state_size, const StripPins& strip) {
-  const std::uint32_t inputs = std::min(record.pins_in, kMostPins), outputs = std::min(record.pins_out, kMostPins);
+  const std::uint32_t inputs = std::min(record.pins_in, KnowledgeRecord::kMostPins);
+  const std::uint32_t outputs = std::min(record.pins_out, KnowledgeRecord::kMostPins);
   StateWriter out(28 + 8 * (std::size_t{inputs} + outputs));
   out.u32(uid_of(record.ident)).u32(kVstMagic);
   out.u32(inputs);

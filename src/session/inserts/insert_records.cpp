@@ -134,11 +134,13 @@ std::vector<InsertRecord> read_inserts(const SessionImage& image) {
     const Range row = rows.around(block.start);
     insert.row_start = row.start;
     insert.row_end = row.end;
-    if (allowance.take(block)) {
+    const bool read = allowance.take(block);
+    if (read) {
       insert.end = trimmed_end(bytes, block);
       scan_state(bytes, insert);
     }
     read_marks(image, block, insert);
+    if (!read) insert.end = block.start + at::kText;  // nothing to look through for whoever comes behind either
   }
   read_plugin_controls(image, inserts);
   return inserts;

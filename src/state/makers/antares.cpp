@@ -2,7 +2,8 @@
 
 #include <algorithm>
 #include <array>
-#include <unordered_map>
+#include <map>
+#include <set>
 
 #include "state/makers/antares_parameters.h"
 
@@ -24,9 +25,12 @@ constexpr std::array<NewName, 25> kNewNames = {
      {"butr", "Trigger_ID"},   {"sld2", "PatternSpeed_ID"}, {"sld3", "Tracking_ID"},    {"dil7", "TempoSynchLen_ID"},
      {"HumK", "Humanize_ID"}}};
 
-// By name, the last of a name standing. Reading ends at the first element that isn't whole.
-std::unordered_map<std::string_view, std::string_view> values_in(std::string_view list) {
-  std::unordered_map<std::string_view, std::string_view> values;
+// Of the parameters' AAX names alone, the last of a name standing. Reading ends at the first element that isn't whole.
+std::map<std::string_view, std::string_view> values_in(std::string_view list,
+                                                       std::span<const AntaresParameter> parameters) {
+  std::map<std::string_view, std::string_view> values;
+  std::set<std::string_view> names;  // a document may hold any number of others
+  for (const AntaresParameter& parameter : parameters) names.insert(parameter.aax_name);
   std::size_t at = 0;
   // What stands up to the next quote; moves behind it.
   const auto quoted = [&](std::string_view& text) {
@@ -43,7 +47,9 @@ std::unordered_map<std::string_view, std::string_view> values_in(std::string_vie
     return true;
   };
   std::string_view id, value;
-  while (behind(kElement) && quoted(id) && behind(kValue) && quoted(value)) values.insert_or_assign(id, value);
+  while (behind(kElement) && quoted(id) && behind(kValue) && quoted(value)) {
+    if (names.contains(id)) values.insert_or_assign(id, value);
+  }
   return values;
 }
 
@@ -61,7 +67,7 @@ std::string antares_rewritten(std::string_view signature, std::string_view docum
   const std::string_view opening = list.substr(kListStart.size(), tag_end + 1 - kListStart.size());
   const std::string_view name = opening.substr(1, std::min(opening.find_first_of(" >", 1), opening.size()) - 1);
 
-  const std::unordered_map<std::string_view, std::string_view> values = values_in(list);
+  const std::map<std::string_view, std::string_view> values = values_in(list, parameters);
   std::string text(document.substr(0, start));
   text.append(kListStart).append(opening);
   for (const AntaresParameter& parameter : parameters) {
