@@ -1,7 +1,7 @@
 // The built-in tables: what was found out of plug-ins one by one, a row each, with what it rests on.
 //
-// A row with an identifier beats a user's own list and REAPER's: it goes in only where no scan can do better, and where
-// every value of it was seen. A wrong row loads a wrong plug-in; without a row the lists decide, as a rule rightly.
+// A row with an identifier beats a user's own list and REAPER's. A wrong row loads a wrong plug-in; without a row the
+// lists decide, as a rule rightly: so a row goes in only where something hangs on it.
 #include <vector>
 
 #include "plugins/knowledge.h"
@@ -10,9 +10,10 @@ namespace frt {
 
 std::span<const KnowledgeRecord> knowledge_rows() {
   static const std::vector<KnowledgeRecord> rows = {
-      // One signature serves Kontakt 6 and all behind it. Number, display text and file: REAPER's lists and a chain
-      // that it saved; the pins too, from that chain's header. The id in brackets: the class id of Kontakt's own VST3,
-      // which Native Instruments formed from its VST2.
+      // One signature serves Kontakt 6 and all behind it, and only by this row is the build that REAPER has chosen
+      // among
+      // them. Number, display text, file and pins: REAPER's lists and a chain that it saved. The id in brackets was not
+      // seen there: it is what the class id of Kontakt's own VST3, formed from its VST2, says.
       {.signature = "NiInNi$D",
        .name = "Kontakt",
        .display_text = "VSTi: Kontakt (Native Instruments GmbH) (64 out)",
@@ -24,7 +25,7 @@ std::span<const KnowledgeRecord> knowledge_rows() {
   return rows;
 }
 
-// Names as sessions store them beside the signatures; of Dyn3 as Pro Tools' menu has them.
+// Names as sessions store them beside the signatures; of Dyn3, as its makers call it.
 std::span<const AaxOnlyRow> aax_only_rows() {
   static constexpr AaxOnlyRow kRows[] = {
       // signature, name, processes audio
@@ -36,7 +37,7 @@ std::span<const AaxOnlyRow> aax_only_rows() {
       {"DigiTrim", "Trim", true},                     // stored by sessions; its gain and polarity are known
       {"DigiMaxm", "Maxim", true},                    // stored by sessions: a limiter
       {"DigiRvrb", "D-Verb", true},                   // stored by sessions: a reverb
-      {"Digiclik", "Click II", false},                // stored by sessions: makes its own sound
+      {"Digiclik", "Click II", true},                 // stored by sessions: its sound goes with it
   };
   return kRows;
 }
