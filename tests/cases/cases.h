@@ -40,6 +40,7 @@ inline void PrintTo(const Case& one, std::ostream* out) { *out << one.name; }
 
 std::vector<Case> run_cases();     // the program's jobs and files, and sessions that it refuses
 std::vector<Case> mixer_cases();   // strips, automation, the order of tracks
+std::vector<Case> plugin_cases();  // inserts, REAPER's lists, key inputs, automated controls
 std::vector<Case> clip_cases();    // clips, fades, playlists, where audio lies
 std::vector<Case> header_cases();  // tempo, meter, markers, settings, and the layouts of the years
 

@@ -23,7 +23,7 @@ const std::vector<std::string> kTablesArguments = {"--dump-tables", "Song.ptx"};
 const std::vector<Case>& all_cases() {
   static const std::vector<Case> all = [] {
     std::vector<Case> cases;
-    for (const auto& part : {run_cases(), mixer_cases(), clip_cases(), header_cases()}) {
+    for (const auto& part : {run_cases(), mixer_cases(), plugin_cases(), clip_cases(), header_cases()}) {
       cases.insert(cases.end(), part.begin(), part.end());
     }
     return cases;
@@ -58,7 +58,10 @@ Texts run(const Case& one) {
   for (const auto& [path, content] : scene.files) write(folder.path() / path, content);
   const Texts before = texts_in(folder.path());
 
-  const ProcessSetup setup{one.environment, folder.path().string(), ""};
+  // No list of a REAPER that is installed here.
+  ProcessSetup setup{
+      {{"HOME", folder.path() / "home"}, {"APPDATA", folder.path() / "home"}}, folder.path().string(), ""};
+  setup.environment.insert(setup.environment.end(), one.environment.begin(), one.environment.end());
   const ProcessResult result = run_process(FERRITE_PROGRAM, one.arguments, setup);
   Texts out = texts_in(folder.path());
   for (const auto& [path, content] : before) {

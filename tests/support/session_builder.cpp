@@ -83,7 +83,9 @@ void write_insert(BlockWriter& w, const Insert& insert, unsigned slot) {
   w.open(0x2616).open(0x2615).open(0x2626).close().zeros(2).open(0x2613, 8).u16(slot);
   w.open(0x1038, 2).u8(insert.channels).zeros(3).u32(static_cast<std::uint32_t>(insert.chunks.size()));
   w.bytes(insert.chunks).close().u8(!insert.is_inactive).u8(0).fill(2, 0xff);
-  w.open(0x260e, 7).u16(insert.key_id).u8(1).u8(1).zeros(34).fill(8, 0xff).zeros(5).close();
+  w.open(0x260e, 7).u16(insert.key_id).u8(1).u8(1).zeros(34);
+  if (!insert.key_bus.empty()) w.text(insert.key_bus);
+  w.fill(8, 0xff).zeros(5).close();
   for (const PluginControl& control : insert.controls) write_control(w, control);
   w.close().close().u8(insert.is_bypassed).open(0x2614).u32(0).close().close();
 }

@@ -165,6 +165,7 @@ struct Insert {
   std::vector<std::uint8_t> chunks;
   unsigned channels = 1;
   unsigned key_id = 0xffff;  // number of the key input, or none
+  std::string key_bus;       // what feeds it
   bool is_bypassed = false, is_inactive = false;
   std::vector<PluginControl> controls;
 
@@ -176,7 +177,7 @@ struct Insert {
   Insert& chunk(std::string_view id, std::string_view name, const std::vector<std::uint8_t>& data);
   // The chunk of control values, by which plug-ins without a form of their own are kept.
   Insert& control_values(const std::vector<double>& values);
-  Insert& key(unsigned id) { return key_id = id, *this; }
+  Insert& key(unsigned id, std::string bus = {}) { return key_id = id, key_bus = std::move(bus), *this; }
   Insert& bypass() { return is_bypassed = true, *this; }
   Insert& deactivate() { return is_inactive = true, *this; }
   Insert& multi_mono(unsigned count) { return channels = count, *this; }
