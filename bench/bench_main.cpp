@@ -1,11 +1,12 @@
 // Measures whole runs of the program, side by side with sha256sum of the same file in the same minutes: what counts
 // is the ratio, since machines differ more than programs do.
 //
-//   ferrite_bench [--rounds N] [--program PATH] [--mib N]... [--make MIB PATH]
+//   ferrite_bench [--rounds N] [--program PATH] [--mib N]... [--state-kib N] [--make MIB PATH]
 //
 // Sizes should double from one to the next; 16, 32, 64 and 128 MiB by default. Behind them come sessions of one kind of
 // data each, at half size and whole. Where the project's text is the larger of the two, the other side of the ratio is
-// a copy of that text.
+// a copy of that text. Plug-ins have settings of 16 KiB there, or of as many as --state-kib says; those of real ones
+// reach from some bytes to some MiB.
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/resource.h>
@@ -17,6 +18,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <string>
 #include <vector>
 
@@ -106,12 +108,20 @@ struct Kind {
   const char* name;
   frt::test::SessionBuilder (*make)(std::size_t count);
   std::size_t count;
+  std::string (*list)(std::size_t count) = nullptr;  // REAPER's list of plug-ins, none for the others
 };
+
+std::size_t state_kib = 16;
+
+frt::test::SessionBuilder inserts_session(std::size_t inserts) {
+  return frt::bench::inserts_session(inserts, state_kib * 1024);
+}
 
 constexpr Kind kKinds[] = {
     {"automation points", frt::bench::automation_session, 1'000'000},
     {"MIDI events", frt::bench::midi_session, 500'000},
     {"sends", frt::bench::sends_session, 16'000},
+    {"plug-ins", inserts_session, 5'000, frt::bench::plugin_list},
 };
 
 // Each kind of data by itself.
@@ -122,6 +132,8 @@ void measure_kinds(const std::vector<std::string>& convert, const std::string& s
     double before = 0;
     for (const std::size_t count : {kind.count / 2, kind.count}) {
       save_session([&] { return kind.make(count); }, session);
+      const auto list = std::filesystem::path(session).parent_path() / "reaper-vstplugins64.ini";
+      std::ofstream(list) << (kind.list ? kind.list(count) : "");
       run(convert);
       const auto in = static_cast<double>(std::filesystem::file_size(session));
       const auto out = static_cast<double>(std::filesystem::file_size(project));
@@ -151,6 +163,7 @@ int main(int argc, char** argv) {
     const std::string option = argv[i];
     if (option == "--rounds") rounds = std::max(1, std::atoi(argv[++i]));
     if (option == "--program") program = argv[++i];
+    if (option == "--state-kib") state_kib = static_cast<std::size_t>(std::max(1, std::atoi(argv[++i])));
     if (option == "--mib") sizes.push_back(std::atof(argv[++i]));
     if (option == "--make" && i + 2 < argc) {
       make_session(std::atof(argv[i + 1]), argv[i + 2]);

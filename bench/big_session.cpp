@@ -164,4 +164,45 @@ SessionBuilder sends_session(std::size_t sends) {
   return s;
 }
 
+namespace {
+
+// Four letters for each number.
+std::string plugin_code(std::size_t number) {
+  std::string code(4, 'a');
+  for (char& c : code) {
+    c = static_cast<char>('a' + number % 26);
+    number /= 26;
+  }
+  return code;
+}
+
+}  // namespace
+
+SessionBuilder inserts_session(std::size_t inserts, std::size_t state_bytes) {
+  constexpr std::size_t kTrackInserts = 8;
+  Random random;
+  SessionBuilder s;
+  s.rate(48000).tempo(120);
+  for (std::size_t made = 0; made < inserts; made += kTrackInserts) {
+    Track& track = s.track("Track " + std::to_string(made / kTrackInserts + 1));
+    for (std::size_t i = made; i < made + kTrackInserts; ++i) {
+      track.insert(Insert("Acme" + plugin_code(2 * i), opaque(random, state_bytes))
+                       .automate({"Control", 4, 0.5, {{0, 0.5}, {48000, 1}}, "3"}));
+    }
+  }
+  return s;
+}
+
+std::string plugin_list(std::size_t plugins) {
+  std::string list = "[vstcache]\n";
+  for (std::size_t i = 0; i < plugins; ++i) {
+    std::size_t uid = 0;
+    for (const char c : plugin_code(4 * i)) uid = uid << 8 | static_cast<unsigned char>(c);
+    const std::string number = std::to_string(i);
+    list += "plug_in_" + number + ".dll=00,";
+    list += std::to_string(uid) + ",Plug-in " + number + " (Acme)\n";
+  }
+  return list;
+}
+
 }  // namespace frt::bench

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 
 #include "support/session_builder.h"
 
@@ -17,5 +18,10 @@ test::SessionBuilder big_session(std::size_t bytes);
 test::SessionBuilder automation_session(std::size_t points);  // volume, mute and pan lanes of 1,000 points each
 test::SessionBuilder midi_session(std::size_t events);        // notes, two events each, in clips of 500 notes
 test::SessionBuilder sends_session(std::size_t sends);        // eight sends a track, into 64 buses
+
+// Inserts, eight a track, of as many plug-ins, each with that many bytes of settings, and REAPER's list of that many
+// plug-ins. The list has half of the session's.
+test::SessionBuilder inserts_session(std::size_t inserts, std::size_t state_bytes);
+std::string plugin_list(std::size_t plugins);
 
 }  // namespace frt::bench
