@@ -74,7 +74,8 @@ TEST(FxChain, EachInsertBecomesOneThing) {
     const char* text;
   };
   const auto list_without_it = [](Scene& s) {
-    s.plugins.cache.entries.push_back({.file = "x.vst3", .class_id = std::string(32, 'A'), .uid = 18});
+    ReaperPluginEntry& entry = s.plugins.cache.entries.emplace_back();
+    entry.uid = 18, entry.class_id = std::string(32, 'A');
   };
   const Row rows[] = {
       {"settings", [](Scene& s) { s.insert(kKnown, "{ index = 1 }"); }, "0 vst2 | 0 0 0"},
@@ -126,7 +127,8 @@ TEST(FxChain, EachInsertBecomesOneThing) {
        "0 vst3 missing | 0 0 0"},
       {"a CLAP's number is no VST's",
        [](Scene& s) {
-         s.plugins.cache.entries.push_back({.uid = 17, .is_clap = true, .clap_id = "com.c"});
+         ReaperPluginEntry& entry = s.plugins.cache.entries.emplace_back();
+         entry.uid = 17, entry.is_clap = true, entry.clap_id = "com.c";
          s.insert(kKnown, "{}");
        },
        "0 vst2 missing | 0 0 0"},

@@ -348,7 +348,7 @@ TEST(Matching, TakesTheStoredNameOfOneMakerOnly) {
     const Matched m = match(inserts, cache_of(vst2("z.dll", "zzzz", "Z") + row.list, row.claps));
     const KnowledgeRecord* record = m.plugins.lookup(row.key);
     EXPECT_EQ(record ? record->display_text : "", row.expected) << row.list << row.claps;
-    if (record) EXPECT_NE(m.console.find("[the name Pro Tools stores"), std::string::npos);
+    EXPECT_EQ(record != nullptr, m.console.find("[the name Pro Tools stores") != std::string::npos) << row.list;
   }
 }
 
