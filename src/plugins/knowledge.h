@@ -9,23 +9,14 @@
 namespace frt {
 
 struct KnowledgeRecord {
-<<<<<<< HEAD
   static constexpr std::uint32_t kMostPins = 4096;  // more than any plug-in has; a learned line may claim anything
 
-  std::string signature;     // a prefix of the keys it stands for: 8 characters, or 12
-  std::string name;          // of the product
-  std::string display_text;  // as a project's plug-in line has it, "VST3: ..."
-  std::string file;          // of the plug-in, may be empty
-  std::string ident;  // uid, then class id in braces (VST3) or id in angle brackets (VST2); a CLAP's own id; empty in
-                      // a row that knows the name only
-=======
   std::string signature = {};     // a prefix of the keys it stands for: 8 characters, or 12
   std::string name = {};          // of the product
   std::string display_text = {};  // as a project's plug-in line has it, "VST3: ..."
   std::string file = {};          // of the plug-in, may be empty
   std::string ident = {};  // uid, then class id in braces (VST3) or id in angle brackets (VST2); a CLAP's own id; empty
                            // in a row that knows the name only
->>>>>>> 73fc850 (Records of plug-ins and their tests build without a warning under g++ too)
   std::uint32_t pins_in = 2, pins_out = 2;  // pins_in is 0 for an instrument
   std::uint32_t tail_word = 0;              // closes the state's header: 0 or 65535
   std::uint32_t state_limit = 0;            // 0, or the exact length of state that the plug-in takes
