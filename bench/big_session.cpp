@@ -186,8 +186,11 @@ SessionBuilder inserts_session(std::size_t inserts, std::size_t state_bytes) {
   for (std::size_t made = 0; made < inserts; made += kTrackInserts) {
     Track& track = s.track("Track " + std::to_string(made / kTrackInserts + 1));
     for (std::size_t i = made; i < made + kTrackInserts; ++i) {
-      track.insert(Insert("Acme" + plugin_code(2 * i), opaque(random, state_bytes))
-                       .automate({"Control", 4, 0.5, {{0, 0.5}, {48000, 1}}, "3"}));
+      // Without the mark of a block: of so many bytes some would look like one and hide the rows around them.
+      std::vector<std::uint8_t> settings = opaque(random, state_bytes);
+      std::replace(settings.begin(), settings.end(), std::uint8_t{'Z'}, std::uint8_t{'z'});
+      track.insert(
+          Insert("Acme" + plugin_code(2 * i), settings).automate({"Control", 4, 0.5, {{0, 0.5}, {48000, 1}}, "3"}));
     }
   }
   return s;
