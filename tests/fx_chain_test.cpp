@@ -235,6 +235,16 @@ TEST(FxChain, TellsWhatItCounted) {
   EXPECT_EQ(counts.multi_mono, (Lines{"AbcdKnwn on S (2 channels)", "ksWVAbcd on (unmatched strip) (1 channels)"}));
 }
 
+TEST(FxChain, TracksOfOneNameCannotMultiplyIt) {
+  Scene scene;
+  InsertRecord& insert = scene.insert("DigiAbcd");
+  insert.end = insert.start + (std::uint64_t{40} << 20);
+  FxChainMaker maker(scene.session, scene.plugins, scene.keys, scene.options);
+  std::string slots;
+  for (int i = 0; i < 4; ++i) slots += std::to_string(maker.make(scene.strip).slots.size());
+  EXPECT_EQ(slots, "1100");
+}
+
 TEST(FxNames, Maker) {
   const std::pair<const char*, const char*> rows[] = {
       {"VST3: Pro-C 2 (FabFilter)", "FabFilter"},

@@ -11,6 +11,11 @@ namespace {
 
 constexpr int kLeaveOutBypassed = 2, kBypassedOffline = 1;  // ConversionOptions::fx_bypass_mode
 
+// Tracks of one name have one strip, and each gets its chain. No project comes near this many bytes of inserts in the
+// repeats; of a session that gives one long chain to thousands of tracks the further ones go without.
+constexpr std::uint64_t kMostRepeated = std::uint64_t{64} << 20;
+constexpr std::uint64_t kRowBytes = 1024;  // what an insert costs beside its block
+
 constexpr std::string_view kNothingStored = "Pro Tools stored no transferable settings for it";
 
 // Why the settings of a known plug-in could not be carried.
@@ -73,6 +78,7 @@ FxChainMaker::FxChainMaker(const Session& session, const Plugins& plugins, const
       plugins_(plugins),
       keys_(keys),
       options_(options),
+      repeat_left_(kMostRepeated),
       lanes_(plugins.param_names, session.clock) {
   for (const ReaperPluginEntry& entry : plugins.cache.entries) {
     if (entry.is_clap) {
@@ -93,6 +99,7 @@ FxChain FxChainMaker::make(const FxStrip& strip) {
   chain.of_master = strip.of_master;
   const auto found = inserts_.strips.find(strip.name);
   if (found == inserts_.strips.end()) return chain;
+  if (!made_.insert(found->first).second && !may_repeat(found->second)) return chain;
   int position = 0;
   for (const std::uint32_t index : found->second) take(inserts_.records[index], strip, ++position, chain);
   if (strip.keyed_passthrough) {
@@ -102,6 +109,16 @@ FxChain FxChainMaker::make(const FxStrip& strip) {
   }
   if (strip.of_master) counts_.master_slots += static_cast<int>(chain.slots.size());
   return chain;
+}
+
+bool FxChainMaker::may_repeat(const std::vector<std::uint32_t>& inserts) {
+  std::uint64_t bytes = 0;
+  for (const std::uint32_t i : inserts) {
+    bytes += inserts_.records[i].end - inserts_.records[i].start + kRowBytes;
+    if (bytes > repeat_left_) return false;
+  }
+  repeat_left_ -= bytes;
+  return true;
 }
 
 FxCounts FxChainMaker::take_counts() {

@@ -82,6 +82,7 @@ class FxChainMaker {
     std::unordered_set<std::string_view> class_ids, clap_ids;
   };
 
+  bool may_repeat(const std::vector<std::uint32_t>& inserts);
   bool is_missing(const KnowledgeRecord* record) const;
   void take(const InsertRecord& insert, const FxStrip& strip, int position, FxChain& chain);
   void write_plugin(const InsertRecord& insert, const KnowledgeRecord& record, std::string_view key,
@@ -94,6 +95,8 @@ class FxChainMaker {
   const KeyInputs& keys_;
   const ConversionOptions& options_;
   Installed installed_;
+  std::unordered_set<std::string_view> made_;                         // strips
+  std::uint64_t repeat_left_;                                         // bytes
   std::unordered_map<std::string_view, const AaxOnlyRow*> aax_only_;  // by signature
   ParameterLaneMaker lanes_;
   FxCounts counts_;
