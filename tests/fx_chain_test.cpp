@@ -216,7 +216,7 @@ TEST(FxChain, TellsWhatItCounted) {
   scene.insert(kKnown).bypassed = true;  // without settings it isn't told among the bypassed
   scene.insert("DigiAbcd");
   scene.insert("TrLnAbcd");
-  scene.insert("ksWVAbcd").plugin_name = "Thing";
+  scene.insert("ksWVAbcd").plugin_name = "Thing\n>";
   InsertRecord& shell = scene.insert("ksWVAbcd");
   shell.kind = StateKind::kWaves, shell.plugin_sub_comp = "SUBC";
   scene.session.mixer.inserts.records[0].channels = 2;
@@ -227,7 +227,8 @@ TEST(FxChain, TellsWhatItCounted) {
   EXPECT_EQ(std::make_tuple(counts.bypassed, counts.inactive, counts.offline_written), std::make_tuple(2, 1, 1));
   EXPECT_EQ(std::make_tuple(counts.master_slots, counts.aax_slots, counts.instances()), std::make_tuple(5, 2, 7));
   using Counted = std::map<std::string, int>;
-  EXPECT_EQ(counts.all, (Counted{{kKnown, 3}, {"DigiAbcd", 1}, {"TrLnAbcd", 1}, {"Waves Thing", 1}, {"ksWVAbcd", 1}}));
+  EXPECT_EQ(counts.all,
+            (Counted{{kKnown, 3}, {"DigiAbcd", 1}, {"TrLnAbcd", 1}, {"Waves Thing >", 1}, {"ksWVAbcd", 1}}));
   EXPECT_EQ(counts.unrecognized, (Counted{{"ksWVAbcd", 1}, {"ksWVAbcdSUBC", 1}}));
   EXPECT_EQ(counts.offline, (Counted{{kKnown, 1}}));
   EXPECT_EQ(counts.aax_only.at("TrLnAbcd").display_name, "an Avid stock processor");

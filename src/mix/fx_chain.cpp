@@ -14,7 +14,8 @@ constexpr int kLeaveOutBypassed = 2, kBypassedOffline = 1;  // ConversionOptions
 // Tracks of one name have one strip, and each gets its chain. No project comes near this many bytes of inserts in the
 // repeats; of a session that gives one long chain to thousands of tracks the further ones go without.
 constexpr std::uint64_t kMostRepeated = std::uint64_t{64} << 20;
-constexpr std::uint64_t kRowBytes = 1024;  // what an insert costs beside its block
+constexpr std::uint64_t kRowBytes = 1024;  // what an insert, or a control of it, costs beside its block
+constexpr std::uint64_t kPointBytes = 40;  // of an automated control
 
 constexpr std::string_view kNothingStored = "Pro Tools stored no transferable settings for it";
 
@@ -114,7 +115,9 @@ FxChain FxChainMaker::make(const FxStrip& strip) {
 bool FxChainMaker::may_repeat(const std::vector<std::uint32_t>& inserts) {
   std::uint64_t bytes = 0;
   for (const std::uint32_t i : inserts) {
-    bytes += inserts_.records[i].end - inserts_.records[i].start + kRowBytes;
+    const InsertRecord& insert = inserts_.records[i];
+    bytes += insert.end - insert.start + kRowBytes;
+    for (const AutomatedControl& control : insert.automated) bytes += kRowBytes + kPointBytes * control.points.size();
     if (bytes > repeat_left_) return false;
   }
   repeat_left_ -= bytes;

@@ -13,11 +13,21 @@ bool is_channel_remark(std::string_view text) {
   return rest == " out" || rest == "ch";
 }
 
+// A name out of a plug-in's own state: any text of any length. No plug-in has a longer name than a few words.
+std::string one_line(std::string_view name) {
+  constexpr std::size_t kLongest = 8192;
+  std::string line(name.substr(0, kLongest));
+  for (char& c : line) {
+    if (static_cast<unsigned char>(c) < ' ') c = ' ';
+  }
+  return line;
+}
+
 }  // namespace
 
 std::string shown_name(const InsertRecord& insert, const KnowledgeRecord* record) {
   if (record) return record->name;
-  if (!insert.plugin_name.empty()) return "Waves " + std::string(insert.plugin_name);
+  if (!insert.plugin_name.empty()) return "Waves " + one_line(insert.plugin_name);
   return insert.signature;
 }
 
