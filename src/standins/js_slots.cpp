@@ -1,5 +1,6 @@
 #include "standins/js_slots.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "base/text.h"
@@ -26,8 +27,10 @@ StandInSlot js_slot(std::string_view path, std::string parameters, int count, Sl
 
 StandInSlot volume_slot(double gain_db, SlotTitle title) {
   // The JS counts 6 to a doubling.
-  constexpr double kDoublingDb = 6.020599913279624, kDoubling = 6.0;
-  return js_slot("utility/volume", format_text("%.6f 150", gain_db * kDoubling / kDoublingDb), 2, std::move(title));
+  constexpr double kDoublingDb = 6.020599913279624, kDoubling = 6.0, kMost = 150;
+  return js_slot("utility/volume",
+                 format_text("%.6f 150", std::clamp(gain_db * kDoubling / kDoublingDb, -kMost, kMost)), 2,
+                 std::move(title));
 }
 
 StandInSlot polarity_slot(FlippedSides sides, SlotTitle title) {
