@@ -57,8 +57,7 @@ void note(StandIn& out, std::string_view text) {
 class Slots {
  public:
   explicit Slots(const InsertRecord& insert)
-      : bypassed_(insert.bypassed || insert.inactive),
-        next_seed_(static_cast<std::uint32_t>(insert.start & 0xFFFFFF) ^ 0x53540000) {}
+      : bypassed_(insert.bypassed || insert.inactive), next_seed_(first_slot_seed(insert.start)) {}
 
   SlotTitle title(std::string label, std::string preset) {
     return {std::move(label), std::move(preset), bypassed_, next_seed_++};

@@ -7,6 +7,10 @@
 
 namespace frt {
 
+std::uint32_t first_slot_seed(std::uint64_t insert_start) {
+  return static_cast<std::uint32_t>(insert_start & 0xFFFFFF) ^ 0x53540000;
+}
+
 std::string stand_in_label(std::string_view what, std::string_view plug_in) {
   std::string label(what);
   label.append(" (").append(plug_in).append(")");

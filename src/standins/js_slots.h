@@ -17,6 +17,9 @@ struct SlotTitle {
   std::uint32_t fxid_seed = 0;
 };
 
+// Of the identifier of an insert's first slot; those behind it count on from there.
+std::uint32_t first_slot_seed(std::uint64_t insert_start);
+
 // "what (plug-in)": a slot says what it stands for and by which plug-in.
 std::string stand_in_label(std::string_view what, std::string_view plug_in);
 
