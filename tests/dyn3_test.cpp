@@ -198,8 +198,14 @@ TEST(Dyn3, RatioDecidesBetweenExpanderAndGate) {
   EXPECT_TRUE(tells(gate_of(with(gate(), {{1, 9.99F}})), {"expander at 1:10 or more"}));
   EXPECT_TRUE(tells(gate_of(with(gate(), {{1, 49.9F}})), {"expander at 1:10 or more"}));
   EXPECT_TRUE(gate_of(with(gate(), {{1, 50}})).notes.empty());
-  EXPECT_TRUE(tells(gate_of(with(gate(), {{0, -99}, {1, 2}, {4, 0.0005F}, {7, 1}, {11, 500}, {13, 1}})),
-                    {"expander depth", "expander hold", "Dyn3 look-ahead not carried", "expander side-chain filter"}));
+  // A low-pass at 19 kHz, a high-pass at 500 Hz, a low-pass that passes all.
+  const Controls lossy = with(gate(), {{0, -99}, {1, 2}, {4, 0.0005F}, {7, 1}, {8, 19000}, {11, 500}});
+  const std::vector<std::string_view> rest = {"expander depth", "expander hold", "Dyn3 look-ahead not carried"};
+  std::vector<std::string_view> all = rest;
+  all.push_back("expander side-chain filter");
+  EXPECT_TRUE(tells(gate_of(with(lossy, {{10, 1}})), all));
+  EXPECT_TRUE(tells(gate_of(with(lossy, {{13, 1}})), all));
+  EXPECT_TRUE(tells(gate_of(with(lossy, {{8, 20000}, {10, 1}})), rest));
 }
 
 TEST(Dyn3, BandFiltersOfTheSideChainAreToldOnce) {
