@@ -202,7 +202,7 @@ TEST(Dyn3, RatioDecidesBetweenExpanderAndGate) {
   const Controls lossy = with(gate(), {{0, -99}, {1, 2}, {4, 0.0005F}, {7, 1}, {8, 19000}, {11, 500}});
   const std::vector<std::string_view> rest = {"expander depth", "expander hold", "Dyn3 look-ahead not carried"};
   std::vector<std::string_view> all = rest;
-  all.push_back("expander side-chain filter");
+  all.emplace_back("expander side-chain filter");
   EXPECT_TRUE(tells(gate_of(with(lossy, {{10, 1}})), all));
   EXPECT_TRUE(tells(gate_of(with(lossy, {{13, 1}})), all));
   EXPECT_TRUE(tells(gate_of(with(lossy, {{8, 20000}, {10, 1}})), rest));
