@@ -30,7 +30,6 @@ struct Scene {
   Routing routing;
   MixTables tables;
   TrackFacts facts;
-  Trims trims;
   ConversionOptions options;
   std::vector<OutputTrack> tracks;
   TrackCounts counts;
@@ -57,9 +56,7 @@ struct Scene {
   }
   std::vector<TrackPage> pages() {
     routing.sends.prefader_source.resize(tracks.size());
-    TrimPolarity polarity(trims);
-    TrackPages made =
-        make_track_pages(session, bind_tracks(session, tracks, facts), tracks, routing, tables, polarity, options);
+    TrackPages made = make_track_pages(session, bind_tracks(session, tracks, facts), tracks, routing, tables, options);
     counts = std::move(made.counts);
     return std::move(made.pages);
   }
@@ -101,7 +98,7 @@ TEST(TrackPages, TablesOfRoutesAndGroupsOverrideTheStrip) {
   scene.tables.groups.vca_master_db = {{"T", -20.0}};
   scene.session.mixer.one_sided = {{"Written", -1}, {"T", 1}};
   scene.routing.no_main_send = {"Written"};  // goes by the key alone
-  scene.trims.strips["Written"].whole = 1;
+  scene.tables.inverted = {"Written"};
   EXPECT_EQ(level_of(scene.page()), "0.10 0 [1 1]");
   EXPECT_EQ(scene.page().pan_mode, PanMode::kDual);
   EXPECT_TRUE(scene.page().main_send && scene.page().inverted);

@@ -15,6 +15,7 @@ enum class ReaEqType : std::uint8_t {
   kLowPass = 3,
   kHighPass = 4,
   kNotch = 6,
+  kBandPass = 7,
   kBand = 8,
 };
 
