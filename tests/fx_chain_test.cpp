@@ -49,11 +49,20 @@ struct Scene {
     }
     return insert;
   }
+  // With its gain at the top.
+  InsertRecord& trim() {
+    InsertRecord& insert = this->insert("DigiTrim");
+    insert.start = bytes.size();
+    bytes += "DigiTrim" + std::string(40, '.') + "\x7f\xff\xff\xff";
+    insert.end = bytes.size();
+    return insert;
+  }
   std::string written() {
     for (KnowledgeRecord& record : known) plugins.learned.add(record);
     known.clear();
     session.mixer.inserts.image = ByteView(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
-    FxChainMaker maker(session, plugins, keys, options);
+    const Trims trims = measure_trims(session.mixer.inserts);
+    FxChainMaker maker(session, plugins, keys, trims, options);
     const FxChain chain = maker.make(strip);
     counts = maker.take_counts();
     return test::written_by([&](ProjectText& out) { write_fx_chain(out, chain); });
@@ -136,6 +145,22 @@ TEST(FxChain, EachInsertBecomesOneThing) {
        "2 none Avid (AAX only - no VST/VST3 version exists) | 1 0 0 "
        "\"** Pro Tools only - no VST exists - replace me here\""},
       {"Avid's, without a slot", [](Scene& s) { s.options.aax_slots = false, s.insert("DigiAbcd"); },
+       "2 none Avid (AAX only - no VST/VST3 version exists)"},
+      {"a Trim", [](Scene& s) { s.trim().bypassed = true; },
+       "0 reaper Avid (gain carried as REAPER's Volume Adjustme) | 1 0 0 \"Avid Trim +6.00 dB\""},
+      {"a Trim on a wide strip", [](Scene& s) { s.strip.channels = 3, s.trim(); },
+       "2 none Avid (AAX only - no VST/VST3 version exists) | 1 0 0 "
+       "\"** Pro Tools only - no VST exists - replace me here\""},
+      {"a Trim's side, without a slot of its own",
+       [](Scene& s) {
+         s.options.aax_slots = false, s.strip.flipped = TrimPolarity::Side::kRight, s.insert("DigiTrim");
+       },
+       "2 none Avid (AAX only - no VST/VST3 version exists) | 0 0 0"},
+      {"the same, left out",
+       [](Scene& s) {
+         s.options.aax_slots = false, s.options.no_stand_ins = true;
+         s.strip.flipped = TrimPolarity::Side::kRight, s.trim();
+       },
        "2 none Avid (AAX only - no VST/VST3 version exists)"},
       {"nobody's", [](Scene& s) { s.insert("AbcdOthr", "{}"); }, "3 none (not recognized - we have not matched thi)"},
       {"a Waves shell's", [](Scene& s) { s.insert("ksWVAbcd", "{}").kind = StateKind::kWaves; },
@@ -240,7 +265,8 @@ TEST(FxChain, TracksOfOneNameCannotMultiplyIt) {
   Scene scene;
   InsertRecord& insert = scene.insert("DigiAbcd");
   insert.end = insert.start + (std::uint64_t{40} << 20);
-  FxChainMaker maker(scene.session, scene.plugins, scene.keys, scene.options);
+  const Trims trims;
+  FxChainMaker maker(scene.session, scene.plugins, scene.keys, trims, scene.options);
   std::string slots;
   for (int i = 0; i < 4; ++i) slots += std::to_string(maker.make(scene.strip).slots.size());
   EXPECT_EQ(slots, "1100");

@@ -30,6 +30,7 @@ struct Scene {
   Routing routing;
   MixTables tables;
   TrackFacts facts;
+  Trims trims;
   ConversionOptions options;
   std::vector<OutputTrack> tracks;
   TrackCounts counts;
@@ -56,7 +57,9 @@ struct Scene {
   }
   std::vector<TrackPage> pages() {
     routing.sends.prefader_source.resize(tracks.size());
-    TrackPages made = make_track_pages(session, bind_tracks(session, tracks, facts), tracks, routing, tables, options);
+    TrimPolarity polarity(trims);
+    TrackPages made =
+        make_track_pages(session, bind_tracks(session, tracks, facts), tracks, routing, tables, polarity, options);
     counts = std::move(made.counts);
     return std::move(made.pages);
   }
@@ -98,7 +101,7 @@ TEST(TrackPages, TablesOfRoutesAndGroupsOverrideTheStrip) {
   scene.tables.groups.vca_master_db = {{"T", -20.0}};
   scene.session.mixer.one_sided = {{"Written", -1}, {"T", 1}};
   scene.routing.no_main_send = {"Written"};  // goes by the key alone
-  scene.tables.inverted = {"Written"};
+  scene.trims.strips["Written"].whole = 1;
   EXPECT_EQ(level_of(scene.page()), "0.10 0 [1 1]");
   EXPECT_EQ(scene.page().pan_mode, PanMode::kDual);
   EXPECT_TRUE(scene.page().main_send && scene.page().inverted);

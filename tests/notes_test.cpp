@@ -116,7 +116,7 @@ TEST(Notes, RowsWithAConditionOrNamesThatNoWholeRunReaches) {
       {"the way down:\n      Aux\n", [](Scene& s) { s.told.mix.tracks.prefader_faders_down = {"Aux"}; }},
       {"quiet in REAPER:\n      Pad\n", [](Scene& s) { s.told.mix.tracks.prefader_kept_muted = {"Pad"}; }},
       {"-stand-ins: 0 Avid plug-in(s) left",
-       [](Scene& s) { s.told.one_sided_trims_lost = 1, s.options.no_stand_ins = true; }},
+       [](Scene& s) { s.told.mix.trims.one_sided_strips = 1, s.options.no_stand_ins = true; }},
       {"      1 ramp(s) left as Pro Tools' steps",
        [](Scene& s) {
          s.told.mix.header.tempo.tempo_changes = 9, s.told.mix.header.tempo.ramps_left = 1;
@@ -145,7 +145,7 @@ TEST(Notes, WhatLeavesARowOut) {
       {"freeze record", [](Scene& s) { s.told.order.freeze_records = 2, s.told.frozen_tracks_delivered = 1; }},
       {"automation mode other than",
        [](Scene& s) { s.told.mix.tracks.tracks_not_in_read = 1, s.told.mix.tracks.automation_off_tracks = {"A"}; }},
-      {"--no-stand-ins: on", [](Scene& s) { s.options.no_stand_ins = true, s.told.stand_ins_left_out = 1; }},
+      {"--no-stand-ins: on", [](Scene& s) { s.options.no_stand_ins = true, s.told.mix.fx.stand_ins.left_out = 1; }},
       {"no drawn ramp", [](Scene& s) { s.options.tempo_ramps = true, s.told.mix.header.tempo.ramps_left = 1; }},
       {"ramp(s)",
        [](Scene& s) { s.told.mix.header.tempo = {.tempo_changes = 9, .ramps_written = 1, .ramps_left = 1}; }},

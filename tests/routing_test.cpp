@@ -89,8 +89,10 @@ struct Scene {
     counts = std::move(routing.counts);
     std::vector<std::string_view> returns;
     for (const auto& [name, index] : routing.return_index) returns.push_back(name);
-    TrackPages made =
-        make_track_pages(session, bind_tracks(session, tracks, facts, returns), tracks, routing, tables, options);
+    const Trims trims;
+    TrimPolarity polarity(trims);
+    TrackPages made = make_track_pages(session, bind_tracks(session, tracks, facts, returns), tracks, routing, tables,
+                                       polarity, options);
     track_counts = made.counts;
     return test::written_by([&](ProjectText& out) {
       write_tracks(out, made.pages, nullptr);

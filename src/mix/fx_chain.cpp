@@ -1,10 +1,12 @@
 #include "mix/fx_chain.h"
 
 #include <algorithm>
+#include <set>
 #include <utility>
 
 #include "base/text.h"
 #include "mix/fx_names.h"
+#include "mix/stand_ins.h"
 
 namespace frt {
 namespace {
@@ -73,13 +75,15 @@ StateBytes FxSlot::state() const {
   return bytes;
 }
 
-FxChainMaker::FxChainMaker(const Session& session, const Plugins& plugins, const KeyInputs& keys,
+FxChainMaker::FxChainMaker(const Session& session, const Plugins& plugins, const KeyInputs& keys, const Trims& trims,
                            const ConversionOptions& options)
     : inserts_(session.mixer.inserts),
       plugins_(plugins),
       keys_(keys),
+      trims_(trims),
       options_(options),
       repeat_left_(kMostRepeated),
+      sample_rate_(session.clock.rate),
       lanes_(plugins.param_names, session.clock) {
   for (const ReaperPluginEntry& entry : plugins.cache.entries) {
     if (entry.is_clap) {
@@ -98,6 +102,8 @@ FxChainMaker::FxChainMaker(const Session& session, const Plugins& plugins, const
 FxChain FxChainMaker::make(const FxStrip& strip) {
   FxChain chain;
   chain.of_master = strip.of_master;
+  if (!strip.of_master && strip.flipped != TrimPolarity::Side::kNone && !options_.no_stand_ins)
+    chain.polarity = trim_polarity_slot(strip.name, strip.flipped);
   const auto found = inserts_.strips.find(strip.name);
   if (found == inserts_.strips.end()) return chain;
   if (!made_.insert(found->first).second && !may_repeat(found->second)) return chain;
@@ -153,9 +159,11 @@ void FxChainMaker::take(const InsertRecord& insert, const FxStrip& strip, int po
     row.not_installed = is_missing(record);
     if (row.not_installed) counts_.not_installed[row.name] = record->display_text;
     write_plugin(insert, *record, key, strip, row, chain);
+  } else if (write_trim_gain(insert, strip, row, chain) || stand_in(insert, strip, row, chain)) {
+    row.outcome = FxOutcome::kSettings;
+    row.format = FxFormat::kReaper;
   } else if (const auto known = aax_only_.find(insert.signature);
              known != aax_only_.end() || is_stock_family(insert.signature)) {
-    // A Trim with its gain, and the processors that REAPER's own plug-ins stand in for, come ahead of this.
     leave_avid(insert, strip, row, chain);
   } else {
     ++counts_.unrecognized[key];
@@ -187,8 +195,7 @@ void FxChainMaker::write_plugin(const InsertRecord& insert, const KnowledgeRecor
                     .keep_plugin_midi = options_.keep_plugin_midi,
                     .kontakt_state = options_.kontakt_state,
                     .vst2_override = plugins_.vst2_overrides.contains(key)};
-  const auto key_slot = keys_.insert_key_slot.find(&insert);
-  slot.pins = {.channels = strip.channels, .key_pair = key_slot == keys_.insert_key_slot.end() ? 0 : key_slot->second};
+  slot.pins = {.channels = strip.channels, .key_pair = key_pair_of(insert).value_or(0)};
   if (insert.kind != StateKind::kNone) {
     TransformedState state = transform_state(insert, record, inserts_.image, slot.transform);
     slot.has_state = !state.bytes.empty();
@@ -216,6 +223,61 @@ void FxChainMaker::write_plugin(const InsertRecord& insert, const KnowledgeRecor
     row.automation_points = lanes_.counts.points - points_before;
   }
   chain.slots.push_back(std::move(slot));
+}
+
+bool FxChainMaker::write_trim_gain(const InsertRecord& insert, const FxStrip& strip, FxReportRow& row, FxChain& chain) {
+  const auto gain = trims_.gain_db.find(&insert);
+  if (gain == trims_.gain_db.end()) return false;
+  if (options_.no_stand_ins) {
+    ++counts_.stand_ins.left_out;
+    return false;
+  }
+  if (strip.channels > 2) {
+    ++counts_.stand_ins.wide_trims;
+    return false;
+  }
+  ++counts_.stand_ins.trim_gains;
+  row.reason = "gain carried as REAPER's Volume Adjustment (JS), in the same slot";
+  lanes_.count_on_stand_in(insert, "Trim");
+  FxSlot slot;
+  slot.kind = FxSlot::Kind::kStandIn;
+  slot.insert = &insert;
+  slot.stand_in.push_back(trim_gain_slot(insert, gain->second));
+  chain.slots.push_back(std::move(slot));
+  return true;
+}
+
+bool FxChainMaker::stand_in(const InsertRecord& insert, const FxStrip& strip, FxReportRow& row, FxChain& chain) {
+  const StandInRow* known = stand_in_row(insert, inserts_.image);
+  if (!known) return false;
+  if (options_.no_stand_ins) {
+    ++counts_.stand_ins.left_out;
+    return false;
+  }
+  const std::optional<int> key_pair = key_pair_of(insert);
+  StandIn made = known->make({.insert = insert,
+                              .image = inserts_.image,
+                              .channels = strip.channels,
+                              .key_pair = key_pair,
+                              .sample_rate = sample_rate_});
+  ++counts_.stand_ins.written[std::string(known->family)];
+  for (const std::string_view note : std::set<std::string_view>(made.notes.begin(), made.notes.end()))
+    ++counts_.stand_ins.notes[std::string(note)];
+  row.reason = "stand-in: REAPER's own plug-ins with the same settings";
+  if (key_pair) row.reason += ", keyed from the key input";
+  lanes_.count_on_stand_in(insert, known->family);
+  FxSlot slot;
+  slot.kind = FxSlot::Kind::kStandIn;
+  slot.insert = &insert;
+  slot.stand_in = std::move(made.slots);
+  chain.slots.push_back(std::move(slot));
+  return true;
+}
+
+// The pair of channels that feeds its key input, if anything does: 0 for 3/4.
+std::optional<int> FxChainMaker::key_pair_of(const InsertRecord& insert) const {
+  const auto slot = keys_.insert_key_slot.find(&insert);
+  return slot == keys_.insert_key_slot.end() ? std::nullopt : std::optional(slot->second);
 }
 
 void FxChainMaker::leave_avid(const InsertRecord& insert, const FxStrip& strip, FxReportRow& row, FxChain& chain) {

@@ -1,9 +1,10 @@
-// What each insert of a strip becomes, decided: a plug-in with its settings, the plug-in at its defaults, a named empty
-// slot, or nothing. Whatever it is, a row tells it.
+// What each insert of a strip becomes, decided: a plug-in with its settings, the plug-in at its defaults, REAPER's own
+// plug-ins in its place, a named empty slot, or nothing. Whatever it is, a row tells it.
 #pragma once
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -16,6 +17,8 @@
 #include "plugins/plugins.h"
 #include "run/options.h"
 #include "session/session.h"
+#include "standins/slot.h"
+#include "standins/trim.h"
 #include "state/containers.h"
 #include "state/transform.h"
 
@@ -25,7 +28,7 @@ struct FxSlot {
   enum class Kind : std::uint8_t {
     kPlugin,
     kAaxOnly,  // a named empty slot
-    // Trim's gain and the stand-ins for Avid's processors come here.
+    kStandIn,  // REAPER's own plug-ins in the place of an Avid one
   };
 
   Kind kind = Kind::kPlugin;
@@ -38,6 +41,7 @@ struct FxSlot {
   bool bypassed = false, offline = false;
   bool first_pair_only = false;  // hands on channels 1/2 alone
   std::vector<ParameterLane> lanes;
+  std::vector<StandInSlot> stand_in;
 
   // The settings, made when they are asked for: a session holds hundreds of MB of them. Empty without any.
   StateBytes state() const;
@@ -50,11 +54,11 @@ struct FxSlot {
 
 struct FxChain {
   bool of_master = false;
+  std::optional<StandInSlot> polarity;  // ahead of the slots: one side flipped
   std::vector<FxSlot> slots;
-  // A Trim's one-sided polarity stands ahead of the slots, a surround panner behind them; a chain without slots is
-  // written for either.
+  // A surround panner stands behind the slots; a chain without slots is written for it too.
 
-  bool empty() const { return slots.empty(); }
+  bool empty() const { return slots.empty() && !polarity; }
 };
 
 // The strip whose inserts a track takes.
@@ -64,12 +68,14 @@ struct FxStrip {
   bool has_midi = false;  // its track carries MIDI
   bool of_master = false;
   bool keyed_passthrough = false;  // the track's parent takes channels 1/2 alone
+  TrimPolarity::Side flipped = TrimPolarity::Side::kNone;
 };
 
 class FxChainMaker {
  public:
   // All must live as long as this and the chains.
-  FxChainMaker(const Session& session, const Plugins& plugins, const KeyInputs& keys, const ConversionOptions& options);
+  FxChainMaker(const Session& session, const Plugins& plugins, const KeyInputs& keys, const Trims& trims,
+               const ConversionOptions& options);
 
   // Chains are counted in the order in which they are made.
   FxChain make(const FxStrip& strip);
@@ -87,17 +93,22 @@ class FxChainMaker {
   void take(const InsertRecord& insert, const FxStrip& strip, int position, FxChain& chain);
   void write_plugin(const InsertRecord& insert, const KnowledgeRecord& record, std::string_view key,
                     const FxStrip& strip, FxReportRow& row, FxChain& chain);
+  bool stand_in(const InsertRecord& insert, const FxStrip& strip, FxReportRow& row, FxChain& chain);
+  bool write_trim_gain(const InsertRecord& insert, const FxStrip& strip, FxReportRow& row, FxChain& chain);
+  std::optional<int> key_pair_of(const InsertRecord& insert) const;
   void leave_avid(const InsertRecord& insert, const FxStrip& strip, FxReportRow& row, FxChain& chain);
   void tell_multi_mono();
 
   const Inserts& inserts_;
   const Plugins& plugins_;
   const KeyInputs& keys_;
+  const Trims& trims_;
   const ConversionOptions& options_;
   Installed installed_;
   std::unordered_set<std::string_view> made_;                         // strips
   std::uint64_t repeat_left_;                                         // bytes
   std::unordered_map<std::string_view, const AaxOnlyRow*> aax_only_;  // by signature
+  double sample_rate_;
   ParameterLaneMaker lanes_;
   FxCounts counts_;
 };

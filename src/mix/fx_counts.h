@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "mix/parameter_lanes.h"
+#include "mix/stand_ins.h"
 
 namespace frt {
 
@@ -58,6 +59,7 @@ struct FxCounts {
   // Of those written with their settings.
   int bypassed = 0, inactive = 0, offline_written = 0;
   std::vector<std::string> midi_triggers_off;  // "strip / plug-in", one an insert
+  StandInCounts stand_ins;
   ParameterCounts parameters;
 
   int instances() const;

@@ -8,9 +8,9 @@ namespace frt {
 namespace {
 
 // The chains in the order of the project: the master's, those of tracks, those of return tracks.
-FxCounts mix_fx_chains(const Session& session, const Plugins& plugins, const TrackFacts& facts,
+FxCounts mix_fx_chains(const Session& session, const Plugins& plugins, const TrackFacts& facts, const Trims& trims,
                        const ConversionOptions& options, Mix& mix) {
-  FxChainMaker maker(session, plugins, mix.routing.keys, options);
+  FxChainMaker maker(session, plugins, mix.routing.keys, trims, options);
   const auto strip = [&](std::string_view name) {
     const auto width = facts.width.find(name);
     return FxStrip{.name = name, .channels = width == facts.width.end() ? 2 : width->second};
@@ -21,9 +21,14 @@ FxCounts mix_fx_chains(const Session& session, const Plugins& plugins, const Tra
   for (TrackPage& page : mix.tracks) {
     FxStrip track = strip(page.track->key());
     track.has_midi = !page.track->midi_items.empty();
+    track.flipped = page.flipped_side;
     page.fx = maker.make(track);
   }
-  for (ReturnPage& page : mix.returns) page.fx = maker.make(strip(page.name));
+  for (ReturnPage& page : mix.returns) {
+    FxStrip bus = strip(page.name);
+    bus.flipped = page.flipped_side;
+    page.fx = maker.make(bus);
+  }
   return maker.take_counts();
 }
 
@@ -43,12 +48,15 @@ Mix mix_tracks(const Session& session, const Plugins& plugins, std::vector<Outpu
   mix.counts.return_tracks = static_cast<int>(returns.size());
   const Bound bound = bind_tracks(session, tracks, facts, returns);
   // Groups, folders and colours are worked out here, on the final list, when they are built.
-  TrackPages pages = make_track_pages(session, bound, tracks, mix.routing, tables, options);
+  const Trims trims = measure_trims(session.mixer.inserts);
+  TrimPolarity polarity(trims);
+  TrackPages pages = make_track_pages(session, bound, tracks, mix.routing, tables, polarity, options);
   mix.returns = std::move(pages.returns);
   mix.tracks = std::move(pages.pages);
   mix.counts.tracks = std::move(pages.counts);
   mix.solo_keeper = mix.counts.tracks.solo_keeper;
-  mix.counts.fx = mix_fx_chains(session, plugins, facts, options, mix);
+  mix.counts.trims = polarity.counts();
+  mix.counts.fx = mix_fx_chains(session, plugins, facts, trims, options, mix);
   mix.counts.midi = mix_midi_items(session, mix.tracks, options);
   mix.counts.items = mix_items(tracks, media, session.clock, options);
   return mix;

@@ -18,6 +18,7 @@ struct MixCounts {
   TrackCounts tracks;
   int return_tracks = 0;  // written behind the others
   FxCounts fx;
+  TrimCounts trims;
   ItemCounts items;
   MidiItemCounts midi;
 };

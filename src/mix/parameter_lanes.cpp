@@ -112,6 +112,12 @@ void ParameterLaneMaker::count_without_settings(const InsertRecord& insert, cons
   }
 }
 
+void ParameterLaneMaker::count_on_stand_in(const InsertRecord& insert, std::string_view family) {
+  for (const AutomatedControl& control : insert.automated) {
+    if (!counts_elsewhere(control)) ++counts.on_stand_ins[std::string(family)];
+  }
+}
+
 // True for a control that has no lane: it never moves, or switches the whole plug-in, which REAPER does elsewhere.
 bool ParameterLaneMaker::counts_elsewhere(const AutomatedControl& control) {
   if (control.points.empty()) return true;

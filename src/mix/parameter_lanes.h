@@ -44,7 +44,7 @@ struct ParameterCounts {
   int by_number = 0, by_name = 0;
   int bypass_lanes = 0;  // of plug-in bypass, not carried
   // Lanes by plug-in.
-  std::map<std::string, int> switched_off, no_settings;
+  std::map<std::string, int> switched_off, no_settings, on_stand_ins;
   std::set<std::string> wanted_params;  // plug-ins whose parameter names would have helped
 };
 
@@ -58,6 +58,8 @@ class ParameterLaneMaker {
   std::vector<ParameterLane> place(const InsertRecord& insert, const KnowledgeRecord* record);
   // Counts the lanes of an insert without settings: none is written.
   void count_without_settings(const InsertRecord& insert, const KnowledgeRecord* record);
+  // Counts those of an insert that REAPER's own plug-ins stand in for, under the name of its family.
+  void count_on_stand_in(const InsertRecord& insert, std::string_view family);
 
   ParameterCounts counts;
 

@@ -18,12 +18,13 @@ int round_up_to_even(int channels) { return channels + (channels & 1); }
 class PageMaker {
  public:
   PageMaker(const Session& session, const Bound& bound, std::span<const OutputTrack> tracks, const Routing& routing,
-            const MixTables& tables, const ConversionOptions& options)
+            const MixTables& tables, TrimPolarity& polarity, const ConversionOptions& options)
       : clock_(session.clock),
         midi_states_(session.mixer.midi_states),
         one_sided_(session.mixer.one_sided),
         routing_(routing),
         tables_(tables),
+        polarity_(polarity),
         options_(options),
         receives_(routing, bound, tracks, tables.surround_panners, session.clock) {
     for (const UnusualStrip& strip : session.mixer.unusual_strips) unusual_strips_.insert(strip.name);
@@ -222,7 +223,8 @@ class PageMaker {
   void decide_row(const OutputTrack& track, const BoundTrack& bound, StripPage& page) {
     page.solo = solo(bound, page.mute);
     page.solo_safe = bound.row && bound.row->solo_safe == Told01::kYes;
-    page.inverted = has_either_name(tables_.inverted, track);
+    page.inverted = polarity_.inverted(track.key(), track.name);
+    page.flipped_side = polarity_.one_side(track.key());
     if (bound.first_of_row) tell_row(bound, page);
     for (std::size_t k = 0; k < GroupLinks::kLinks; ++k) {
       if (const auto* mask = find_by_names(tables_.groups.masks[k], track)) page.groups.masks[k] = *mask;
@@ -298,6 +300,7 @@ class PageMaker {
   const std::map<std::string_view, int>& one_sided_;
   const Routing& routing_;
   const MixTables& tables_;
+  TrimPolarity& polarity_;
   const ConversionOptions& options_;
   ReceiveMaker receives_;
   TrackCounts counts_;
@@ -308,8 +311,9 @@ class PageMaker {
 }  // namespace
 
 TrackPages make_track_pages(const Session& session, const Bound& bound, std::span<const OutputTrack> tracks,
-                            const Routing& routing, const MixTables& tables, const ConversionOptions& options) {
-  PageMaker maker(session, bound, tracks, routing, tables, options);
+                            const Routing& routing, const MixTables& tables, TrimPolarity& polarity,
+                            const ConversionOptions& options) {
+  PageMaker maker(session, bound, tracks, routing, tables, polarity, options);
   TrackPages made;
   made.pages.reserve(tracks.size());
   for (std::size_t i = 0; i < tracks.size(); ++i)

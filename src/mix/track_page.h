@@ -24,6 +24,7 @@
 #include "model/tracks.h"
 #include "run/options.h"
 #include "session/session.h"
+#include "standins/trim.h"
 
 namespace frt {
 
@@ -54,7 +55,8 @@ struct StripPage {
   bool mute = false;
   bool solo = false;
   bool solo_safe = false;
-  bool inverted = false;  // polarity
+  bool inverted = false;                                        // polarity
+  TrimPolarity::Side flipped_side = TrimPolarity::Side::kNone;  // of the strip, in its chain
   bool hidden = false;
   GroupLinks groups;
   int height = 0;  // pixels, 0 for REAPER's own
@@ -129,7 +131,6 @@ struct FolderTable {
 struct MixTables {
   TrackColors colors;
   TrackGroups groups;
-  Names inverted;  // polarity switched over
   FolderTable folders;
   ByName<SurroundPanner> surround_panners;  // by track key
   Names sample_based_midi;                  // MIDI tracks whose clips stand in samples
@@ -143,8 +144,9 @@ struct TrackPages {
   TrackCounts counts;
 };
 
-// `tracks`, `routing` and `tables` must live as long as the pages.
+// `tracks`, `routing` and `tables` must live as long as the pages. `polarity` keeps what they take of it.
 TrackPages make_track_pages(const Session& session, const Bound& bound, std::span<const OutputTrack> tracks,
-                            const Routing& routing, const MixTables& tables, const ConversionOptions& options);
+                            const Routing& routing, const MixTables& tables, TrimPolarity& polarity,
+                            const ConversionOptions& options);
 
 }  // namespace frt

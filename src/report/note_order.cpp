@@ -84,16 +84,19 @@ constexpr Group kRunNotes[] = {
     notes::comments,
 
     // ---- Trim and polarity ----
+    notes::trims,
 
     // ---- Wide tracks, solo ----
     notes::surround_folds,
     notes::soloed_and_muted,
 
     // ---- Folders ----
+    notes::one_sided_trims,
 
     // ---- Clip Effects and Melodyne ----
 
     // ---- Stand-ins ----
+    notes::stand_ins,
 
     // ---- Timebase ----
     notes::item_timebase,
@@ -110,6 +113,7 @@ constexpr Group kRunNotes[] = {
 
     // ---- Surround buses and panners ----
     notes::surround_buses,
+    notes::trims_without_effect,
 
     // ---- Locks and grid ----
     notes::clip_locks,

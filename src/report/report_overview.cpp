@@ -59,8 +59,8 @@ void add_switches(TextBuilder& report, const Told& told) {
         told.midi.notes_past_edges);
   }
   if (options.no_stand_ins) {
-    const bool trims_lost = told.one_sided_trims_lost > 0;
-    if (told.stand_ins_left_out <= 0 && !trims_lost) {
+    const bool trims_lost = told.one_sided_trims_lost() > 0;
+    if (told.mix.fx.stand_ins.left_out <= 0 && !trims_lost) {
       report.print(
           "\"Replace Avid plug-ins with REAPER's\" is off; no Avid plug-in in this\n"
           "session had a REAPER stand-in\n");
@@ -68,13 +68,18 @@ void add_switches(TextBuilder& report, const Told& told) {
       report.print(
           "\"Replace Avid plug-ins with REAPER's\" is off: %d Avid plug-in(s) left\n"
           "as named, switched-off slots instead of REAPER's own%s\n",
-          told.stand_ins_left_out,
+          told.mix.fx.stand_ins.left_out,
           trims_lost ? ";\n"
                        "one-sided Trim polarity not carried"
                      : "");
     }
   }
-  // Stand-ins.
+  if (const int stand_ins = told.mix.fx.stand_ins.all(); stand_ins > 0) {
+    report.print(
+        "%d Avid plug-in(s) written as REAPER's own equivalents (stand-ins;\n"
+        "EQ exact in design, dynamics close, not identical)\n",
+        stand_ins);
+  }
   if (options.no_track_colors) {
     report.print("\"Leave out track colors\" is on: tracks in REAPER's default color\n");
   }

@@ -53,12 +53,12 @@ struct Told {
   // ---- counts of passes that are yet to come: 0 at rest ----
   int stretched_clips = 0, stretched_from_session = 0;
   int frozen_tracks_delivered = 0;  // under --keep-frozen
-  int stand_ins_left_out = 0;       // Avid plug-ins left in their slot under their Pro Tools name
-  int one_sided_trims_lost = 0;     // tracks whose one-sided Trim polarity was left out
 
   // ---- what several counts or tables tell together ----
   int tracks_written() const { return static_cast<int>(tracks.size()); }
   int lanes() const { return folding.lanes + order.homeless_lanes; }
+  int one_sided_trims_lost() const { return options.no_stand_ins ? mix.trims.one_sided_strips : 0; }
+  int one_sided_trims_carried() const { return mix.trims.one_sided_strips - one_sided_trims_lost(); }
   int faders_at_unity() const { return mix.tracks.faders_at_unity + mix.header.faders_at_unity; }
   int uncolored_clips() const { return mix.items.uncolored_by_option + mix.midi.colors.left_out; }
   int strips_with_mixer_data() const;

@@ -1,37 +1,21 @@
 #include "writer/fx_chain.h"
 
-#include <algorithm>
-#include <cstddef>
-
-#include "base/base64.h"
+#include "writer/fx_bytes.h"
+#include "writer/stand_in.h"
 
 namespace frt {
 namespace {
 
-constexpr std::string_view kIndent = "      ";
+constexpr std::string_view kIndent = "      ", kStateIndent = "        ";
 constexpr std::string_view kEmptyProgram = "AAAAAAAA";
-
-// A text of bytes, cut into lines. REAPER reads longer lines too, but writes these.
-void write_bytes(ProjectText& out, ByteView bytes, std::string_view indent) {
-  constexpr std::size_t kBytesInLine = 96;  // 128 characters
-  for (std::size_t at = 0; at < bytes.size(); at += kBytesInLine) {
-    const std::size_t size = std::min(kBytesInLine, bytes.size() - at);
-    out.text(kIndent).text(indent).text(base64(ByteView(bytes.data() + at, size))).text("\n");
-  }
-}
-
-// A header stands on one line, however long.
-void write_line_of_bytes(ProjectText& out, const StateBytes& bytes) {
-  out.text(kIndent).text("  ").text(base64(view_of(bytes))).text("\n");
-}
 
 void write_vst(ProjectText& out, const FxSlot& slot, const StateBytes& state, std::string_view program) {
   const KnowledgeRecord& record = *slot.record;
   out.text(kIndent).text("<VST \"").text(record.display_text).text("\" \"").text(record.file).text("\" 0 \"\" ");
   out.text(record.ident).text(" \"\"\n");
-  write_line_of_bytes(out, state_header(record, state.size(), slot.pins));
-  write_bytes(out, view_of(state), "  ");
-  write_line_of_bytes(out, program_record(program));
+  write_line_of_bytes(out, view_of(state_header(record, state.size(), slot.pins)), kIndent);
+  write_lines_of_bytes(out, view_of(state), kIndent);
+  write_line_of_bytes(out, view_of(program_record(program)), kIndent);
   out.text(kIndent).text(">\n");
 }
 
@@ -41,7 +25,7 @@ void write_clap(ProjectText& out, const FxSlot& slot, const StateBytes& state) {
   out.text(kIndent).text("  CFG 4 0 0 \"\"\n");
   if (!state.empty()) {
     out.text(kIndent).text("  <STATE\n");
-    write_bytes(out, view_of(state), "    ");
+    write_lines_of_bytes(out, view_of(state), kStateIndent);
     out.text(kIndent).text("  >\n");
   }
   out.text(kIndent).text(">\n");
@@ -93,12 +77,17 @@ void write_empty_slot(ProjectText& out, const FxSlot& slot) {
   out.text(kIndent).text("BYPASS 1 0 0\n");
   out.text(kIndent).text("<VST \"VST3: ").text(slot.empty_name).text("\" \"\" 0 \"\" ").text(slot.empty_ident);
   out.text(" \"\"\n");
-  write_line_of_bytes(out, state_header(nobody, 0, slot.pins));
+  write_line_of_bytes(out, view_of(state_header(nobody, 0, slot.pins)), kIndent);
   out.text(kIndent).text("  ").text(kEmptyProgram).text("\n");
   out.text(kIndent).text(">\n");
   out.text(kIndent).text("PRESETNAME \"** Pro Tools only - no VST exists - replace me here\"\n");
   out.text(kIndent).text("FLOATPOS 0 0 0 0\n");
   write_identity(out, slot);
+}
+
+void write_stand_in(ProjectText& out, const FxSlot& slot) {
+  for (const StandInSlot& part : slot.stand_in)
+    write_stand_in_slot(out, part, kIndent, slot.first_pair_only && &part == &slot.stand_in.back());
 }
 
 }  // namespace
@@ -107,6 +96,7 @@ void write_fx_chain(ProjectText& out, const FxChain& chain) {
   if (chain.empty()) return;
   out.text("    <").text(chain.of_master ? "MASTERFXLIST" : "FXCHAIN");
   out.text("\n      WNDRECT 0 0 0 0\n      SHOW 0\n      LASTSEL 0\n      DOCKED 0\n");
+  if (chain.polarity) write_stand_in_slot(out, *chain.polarity, kIndent, false);
   for (const FxSlot& slot : chain.slots) {
     switch (slot.kind) {
       case FxSlot::Kind::kPlugin:
@@ -114,6 +104,9 @@ void write_fx_chain(ProjectText& out, const FxChain& chain) {
         break;
       case FxSlot::Kind::kAaxOnly:
         write_empty_slot(out, slot);
+        break;
+      case FxSlot::Kind::kStandIn:
+        write_stand_in(out, slot);
         break;
     }
   }

@@ -82,6 +82,38 @@ void plug_in_automation(Scene& s) {
   s.track("Bare").insert(stateless("AcmeRoom").automate({"Size", 2, 0, {{0, 1}}}));
 }
 
+// Avid's Trim: what each channel stores.
+struct TrimChannel {
+  std::uint32_t gain;
+  bool inverted = false;
+};
+Insert trim(const std::vector<TrimChannel>& channels) {
+  Insert insert("DigiTrim");
+  for (const TrimChannel& channel : channels) {
+    std::vector<std::uint8_t> bytes;
+    for (const std::uint32_t word : {channel.gain, channel.inverted ? 0x7fffffffU : 0x80000000U}) {
+      for (unsigned shift = 32; shift > 0; shift -= 8) bytes.push_back(static_cast<std::uint8_t>(word >> (shift - 8)));
+    }
+    insert.chunk("elck", "Trim", bytes);
+  }
+  return insert;
+}
+
+// Gains up, down and past the measured range; polarity of a track, of one side, twice, switched off, on the master; a
+// strip wider than stereo.
+void trims(Scene& s) {
+  constexpr std::uint32_t kUnity = 1093684240, kDown6 = 463923640, kFarDown = 0xe0000000;
+  s.track("Lead").insert(trim({{kDown6, true}}).automate({"Gain", 1, 0.5, {{24000, 1}}}));
+  s.track("Twice")
+      .insert(trim({{kUnity, true}}))
+      .insert(trim({{kFarDown, true}}).bypass())
+      .insert(trim({{kUnity, true}}));
+  s.stereo_track("Left").insert(trim({{kUnity, true}, {kDown6}}).multi_mono(2)).insert(stateless("DigiClub"));
+  s.stereo_track("Both").insert(trim({{kUnity, true}, {kUnity, true}}));
+  s.track("Wide", 6).insert(trim({{kUnity, true}, {kUnity, true}, {kUnity}, {kUnity}, {kUnity}, {kUnity}}));
+  s.master("Master").insert(trim({{kUnity, true}}));
+}
+
 const char* const kVstini = "--vstini";
 const char* const kIni = "list/reaper-vstplugins64.ini";
 
@@ -100,6 +132,8 @@ std::vector<Case> plugin_cases() {
       {"plug_in_automation",
        {"Song.ptx", "--report", kVstini, kIni, "--params", "names.tsv", "--want-params", "wanted.txt"},
        plug_in_automation},
+      {"trims", {"Song.ptx", "--report"}, trims},
+      {"trims_left_out", {"Song.ptx", "--report", "--no-stand-ins"}, trims},
       {"key_inputs", {"Song.ptx", "--report", kVstini, kIni}, key_inputs},
   };
 }

@@ -28,6 +28,7 @@ std::string lanes_by_plugin(const CountByName& lanes) {
 }
 
 int lanes_switched_off(const Told& told) { return sum_of(told.mix.fx.parameters.switched_off); }
+int lanes_on_stand_ins(const Told& told) { return sum_of(told.mix.fx.parameters.on_stand_ins); }
 int lanes_without_settings(const Told& told) { return sum_of(told.mix.fx.parameters.no_settings); }
 
 constexpr Note kParameterAutomation[] = {
@@ -52,7 +53,10 @@ constexpr Note kParameterAutomation[] = {
      "      defaults (their settings did not transfer, so neither did the\n"
      "      automation moving them):%s\n",
      [](const Told& told) { return lanes_by_plugin(told.mix.fx.parameters.no_settings); }},
-    // Lanes of what REAPER's own plug-ins stand in for.
+    {lanes_on_stand_ins,
+     "  %d automation lane(s) NOT carried on Avid plug-ins written as REAPER's\n"
+     "      own stand-ins: each stand-in holds the value the session saved:%s\n",
+     [](const Told& told) { return lanes_by_plugin(told.mix.fx.parameters.on_stand_ins); }},
     {in<&ParameterCounts::bypass_lanes>,
      "  %d plug-in bypass automation lane(s) NOT carried -- the plug-in stays\n"
      "      in the bypass state the session saved\n"},

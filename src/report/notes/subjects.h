@@ -91,6 +91,10 @@ NoteGroup recording_format_left();
 
 // stand_ins.cpp
 NoteGroup stand_ins_left_out();
+NoteGroup trims();
+NoteGroup one_sided_trims();
+NoteGroup trims_without_effect();
+NoteGroup stand_ins();
 
 // surround.cpp
 NoteGroup surround_folds();

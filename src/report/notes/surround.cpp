@@ -34,7 +34,7 @@ constexpr Note kSurroundBuses[] = {
     {in<&EnvelopeCounts::surround_panner_lanes_left>,
      "  %d surround panner automation lane(s) not written: a stereo source's\n"
      "      panner, or a session older than Pro Tools 2026.\n"},
-    // Layouts that cannot be placed; Trims in no effect.
+    // Layouts that cannot be placed.
 };
 
 constexpr Note kWideStrips[] = {
