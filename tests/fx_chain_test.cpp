@@ -261,6 +261,44 @@ TEST(FxChain, TellsWhatItCounted) {
   EXPECT_EQ(counts.multi_mono, (Lines{"AbcdKnwn on S (2 channels)", "ksWVAbcd on (unmatched strip) (1 channels)"}));
 }
 
+// Dyn3's compressor with a gain ahead of it: two slots in the place of one. With a list one value short, or left out
+// as asked, it keeps the named slot that it had.
+TEST(FxChain, WhatStandsInForAnAvidPlugIn) {
+  Scene scene;
+  InsertRecord& insert = scene.insert("Digidn3c");
+  insert.kind = StateKind::kControls;
+  insert.controls.assign(14, 0.0F);
+  insert.controls[6] = 1;   // polarity
+  insert.controls[13] = 1;  // External Key
+  insert.automated = {{.name = "Ratio", .points = {{0, 1}}}, {.name = "Global Bypass", .points = {{0, 1}}}};
+  scene.strip.keyed_passthrough = true;
+  const auto slots_and_counts = [&] {
+    const std::string project = scene.written();
+    const FxReportRow& row = scene.counts.rows.at(0);
+    std::string text = format_text("%d %s", static_cast<int>(row.outcome), row.reason.c_str());
+    text += format_text(" | %zu slots", lines_of(project, "WAK").size());
+    if (const std::size_t flags = project.find("PINFLAGS 1"); flags != std::string::npos)
+      text += flags > project.find("ReaComp") ? ", flags on the last" : ", flags";
+    const FxCounts& counts = scene.counts;
+    return text + format_text(" | %d in, %d out, %d lanes, %d bypass, %d notes", counts.stand_ins.all(),
+                              counts.stand_ins.left_out, static_cast<int>(counts.parameters.on_stand_ins.size()),
+                              counts.parameters.bypass_lanes, static_cast<int>(counts.stand_ins.notes.size()));
+  };
+  EXPECT_EQ(slots_and_counts(),
+            "0 stand-in: REAPER's own plug-ins with the same settings | 2 slots, flags on the last | 1 in, 0 out, 1 "
+            "lanes, 1 bypass, 1 notes");
+  scene.keys.keyed_inserts = {&insert};
+  EXPECT_EQ(slots_and_counts(),
+            "0 stand-in: REAPER's own plug-ins with the same settings, keyed from the key input | 2 slots, flags on "
+            "the last | 1 in, 0 out, 1 lanes, 1 bypass, 0 notes");
+  scene.options.no_stand_ins = true;
+  EXPECT_EQ(slots_and_counts(),
+            "2 AAX only - no VST/VST3 version exists | 1 slots | 0 in, 1 out, 0 lanes, 0 bypass, 0 notes");
+  insert.controls.pop_back();
+  EXPECT_EQ(slots_and_counts(),
+            "2 AAX only - no VST/VST3 version exists | 1 slots | 0 in, 0 out, 0 lanes, 0 bypass, 0 notes");
+}
+
 TEST(FxChain, TracksOfOneNameCannotMultiplyIt) {
   Scene scene;
   InsertRecord& insert = scene.insert("DigiAbcd");

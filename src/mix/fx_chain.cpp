@@ -195,7 +195,7 @@ void FxChainMaker::write_plugin(const InsertRecord& insert, const KnowledgeRecor
                     .keep_plugin_midi = options_.keep_plugin_midi,
                     .kontakt_state = options_.kontakt_state,
                     .vst2_override = plugins_.vst2_overrides.contains(key)};
-  slot.pins = {.channels = strip.channels, .key_pair = key_pair_of(insert).value_or(0)};
+  slot.pins = pins_of(insert, strip);
   if (insert.kind != StateKind::kNone) {
     TransformedState state = transform_state(insert, record, inserts_.image, slot.transform);
     slot.has_state = !state.bytes.empty();
@@ -254,17 +254,17 @@ bool FxChainMaker::stand_in(const InsertRecord& insert, const FxStrip& strip, Fx
     ++counts_.stand_ins.left_out;
     return false;
   }
-  const std::optional<int> key_pair = key_pair_of(insert);
+  const bool keyed = keys_.keyed_inserts.contains(&insert);
   StandIn made = known->make({.insert = insert,
                               .image = inserts_.image,
-                              .channels = strip.channels,
-                              .key_pair = key_pair,
+                              .strip = pins_of(insert, strip),
+                              .keyed = keyed,
                               .sample_rate = sample_rate_});
   ++counts_.stand_ins.written[std::string(known->family)];
   for (const std::string_view note : std::set<std::string_view>(made.notes.begin(), made.notes.end()))
     ++counts_.stand_ins.notes[std::string(note)];
   row.reason = "stand-in: REAPER's own plug-ins with the same settings";
-  if (key_pair) row.reason += ", keyed from the key input";
+  if (keyed) row.reason += ", keyed from the key input";
   lanes_.count_on_stand_in(insert, known->family);
   FxSlot slot;
   slot.kind = FxSlot::Kind::kStandIn;
@@ -274,10 +274,9 @@ bool FxChainMaker::stand_in(const InsertRecord& insert, const FxStrip& strip, Fx
   return true;
 }
 
-// The pair of channels that feeds its key input, if anything does: 0 for 3/4.
-std::optional<int> FxChainMaker::key_pair_of(const InsertRecord& insert) const {
-  const auto slot = keys_.insert_key_slot.find(&insert);
-  return slot == keys_.insert_key_slot.end() ? std::nullopt : std::optional(slot->second);
+StripPins FxChainMaker::pins_of(const InsertRecord& insert, const FxStrip& strip) const {
+  const auto key = keys_.insert_key_slot.find(&insert);
+  return {.channels = strip.channels, .key_pair = key == keys_.insert_key_slot.end() ? 0 : key->second};
 }
 
 void FxChainMaker::leave_avid(const InsertRecord& insert, const FxStrip& strip, FxReportRow& row, FxChain& chain) {

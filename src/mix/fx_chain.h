@@ -95,7 +95,7 @@ class FxChainMaker {
                     const FxStrip& strip, FxReportRow& row, FxChain& chain);
   bool stand_in(const InsertRecord& insert, const FxStrip& strip, FxReportRow& row, FxChain& chain);
   bool write_trim_gain(const InsertRecord& insert, const FxStrip& strip, FxReportRow& row, FxChain& chain);
-  std::optional<int> key_pair_of(const InsertRecord& insert) const;
+  StripPins pins_of(const InsertRecord& insert, const FxStrip& strip) const;
   void leave_avid(const InsertRecord& insert, const FxStrip& strip, FxReportRow& row, FxChain& chain);
   void tell_multi_mono();
 

@@ -1,12 +1,44 @@
 #include "mix/stand_ins.h"
 
 #include <algorithm>
-#include <array>
+#include <iterator>
+
+#include "standins/channel_strip.h"
+#include "standins/dyn3.h"
+#include "standins/js_slots.h"
 
 namespace frt {
 namespace {
 
-constexpr std::array<StandInRow, 0> kRows{};
+bool is_channel_strip(const InsertRecord& insert, ByteView image) {
+  return channel_strip_of_insert(named_controls(image, insert)).has_value();
+}
+
+StandIn make_channel_strip(const StandInSource& from) {
+  const auto settings = channel_strip_of_insert(named_controls(from.image, from.insert));
+  if (!settings) return {};
+  const ChannelStripPlace place{.sample_rate = from.sample_rate,
+                                .fxid_seed = first_slot_seed(from.insert.start),
+                                .bypassed = from.insert.bypassed || from.insert.inactive,
+                                .key_wired = from.keyed,
+                                .key_pair = from.strip.key_pair};
+  return channel_strip_chain(*settings, place).stand_in;
+}
+
+constexpr StandInRow kRows[] = {
+    {.signature = "Digidn3c",
+     .family = "Dyn3 Compressor/Limiter",
+     .values = kDyn3CompressorControls,
+     .make = [](const StandInSource& from) { return dyn3_compressor(from.insert, from.strip, from.keyed); }},
+    {.signature = "Digidn3e",
+     .family = "Dyn3 Expander/Gate",
+     .values = kDyn3ExpanderGateControls,
+     .make = [](const StandInSource& from) { return dyn3_expander_gate(from.insert, from.strip, from.keyed); }},
+    {.signature = kChannelStripSignature,
+     .family = "Channel Strip",
+     .fits = is_channel_strip,
+     .make = make_channel_strip},
+};
 
 bool fits(const StandInRow& row, const InsertRecord& insert, ByteView image) {
   if (insert.signature != row.signature) return false;
@@ -17,9 +49,9 @@ bool fits(const StandInRow& row, const InsertRecord& insert, ByteView image) {
 }  // namespace
 
 const StandInRow* stand_in_row(const InsertRecord& insert, ByteView image) {
-  const auto row =
-      std::find_if(kRows.begin(), kRows.end(), [&](const StandInRow& known) { return fits(known, insert, image); });
-  return row == kRows.end() ? nullptr : &*row;
+  const auto* row = std::find_if(std::begin(kRows), std::end(kRows),
+                                 [&](const StandInRow& known) { return fits(known, insert, image); });
+  return row == std::end(kRows) ? nullptr : row;
 }
 
 int StandInCounts::all() const {

@@ -3,13 +3,13 @@
 
 #include <cstddef>
 #include <map>
-#include <optional>
 #include <string>
 #include <string_view>
 
 #include "base/bytes.h"
 #include "session/inserts/insert_tables.h"
 #include "standins/slot.h"
+#include "state/containers.h"
 
 namespace frt {
 
@@ -17,9 +17,9 @@ namespace frt {
 struct StandInSource {
   const InsertRecord& insert;
   ByteView image;
-  int channels = 2;             // of the strip
-  std::optional<int> key_pair;  // that feeds its key input: 0 for channels 3/4
-  double sample_rate = 0;       // the session's
+  StripPins strip;
+  bool keyed = false;  // something feeds its key input
+  double sample_rate = 0;
 };
 
 // An Avid plug-in whose controls are known.

@@ -114,6 +114,19 @@ void trims(Scene& s) {
   s.master("Master").insert(trim({{kUnity, true}}));
 }
 
+// Dyn3 keyed and not, bypassed, automated, with a list of another build.
+void stand_ins(Scene& s) {
+  s.bus("Kick key", {1, 2});
+  s.track("Kick").send("Kick key", 0);
+  const std::vector<double> compressor = {10, 4, 0.01, 0.1, 6, -20, 1, 100, 1, 1, 5000, 1, 0, 1};
+  const std::vector<double> gate = {-40, 100, 0.001, 0.2, 0.05, -30, 0, 1, 100, 1, 0, 5000, 1, 0, 1};
+  s.stereo_track("Bass").insert(Insert("Digidn3c").control_values(compressor).key(21, "Kick key"));
+  s.stereo_track("Pad")
+      .insert(Insert("Digidn3c").control_values(compressor).bypass())
+      .insert(Insert("Digidn3e").control_values(gate).automate({"Ratio", 6, 0.1, {{96000, 0.9}}}));
+  s.track("Other").insert(Insert("Digidn3e").control_values({0, 0, 1})).insert(Insert("Digidn3e").control_values(gate));
+}
+
 const char* const kVstini = "--vstini";
 const char* const kIni = "list/reaper-vstplugins64.ini";
 
@@ -133,6 +146,8 @@ std::vector<Case> plugin_cases() {
        {"Song.ptx", "--report", kVstini, kIni, "--params", "names.tsv", "--want-params", "wanted.txt"},
        plug_in_automation},
       {"trims", {"Song.ptx", "--report"}, trims},
+      {"stand_ins", {"Song.ptx", "--report"}, stand_ins},
+      {"stand_ins_left_out", {"Song.ptx", "--report", "--no-stand-ins"}, stand_ins},
       {"trims_left_out", {"Song.ptx", "--report", "--no-stand-ins"}, trims},
       {"key_inputs", {"Song.ptx", "--report", kVstini, kIni}, key_inputs},
   };
