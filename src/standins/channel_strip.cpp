@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <initializer_list>
+#include <iterator>
 #include <numbers>
 #include <utility>
 
@@ -99,6 +101,7 @@ constexpr ControlDefault kVocabulary[] = {
     {"Fader Volume Pre/Post", 0},
     {"Fader Volume On/Off", 1},
 };
+static_assert(std::size(kVocabulary) == 60);
 
 double default_of(std::string_view name) {
   const auto* const row = std::find_if(std::begin(kVocabulary), std::end(kVocabulary),
@@ -131,7 +134,8 @@ bool is_on(double value) { return value >= 0.5; }
 
 constexpr double kOrdinaryDepth = -36, kDepthStep = 0.05;
 constexpr double kShortestHoldMs = 1.05;
-constexpr double kLeastLevel = 0.005;  // below it a level counts as unmoved
+constexpr double kLeastChange = 0.0001;  // of a clip's value
+constexpr double kLeastLevel = 0.005;    // below it a level counts as unmoved
 
 class InsertControls {
  public:
@@ -559,10 +563,6 @@ double ClipControls::clip_value(std::string_view name) const {
   return found == values_.end() ? default_of(name) : found->second;
 }
 
-namespace {
-constexpr double kLeastChange = 0.0001;
-}
-
 bool ClipControls::clip_changed(std::string_view name) const {
   return values_.contains(name) && std::abs(clip_value(name) - default_of(name)) >= kLeastChange;
 }
@@ -652,24 +652,6 @@ ChannelStripSettings channel_strip_of_clip(const ClipControls& controls) {
 
 ChannelStripChain channel_strip_chain(const ChannelStripSettings& settings, const ChannelStripPlace& place) {
   return ChainWriter(settings, place).write();
-}
-
-bool is_channel_strip(ByteView image, const InsertRecord& insert) {
-  return insert.signature == kChannelStripSignature &&
-         channel_strip_of_insert(named_controls(image, insert)).has_value();
-}
-
-StandIn channel_strip_stand_in(ByteView image, const InsertRecord& insert, const StripPins& strip, bool keyed,
-                               double sample_rate) {
-  const auto settings = channel_strip_of_insert(named_controls(image, insert));
-  if (!settings) return {};
-  ChannelStripPlace place;
-  place.sample_rate = sample_rate;
-  place.fxid_seed = first_slot_seed(insert.start);
-  place.bypassed = insert.bypassed || insert.inactive;
-  place.key_wired = keyed;
-  place.key_pair = strip.key_pair;
-  return channel_strip_chain(*settings, place).stand_in;
 }
 
 }  // namespace frt

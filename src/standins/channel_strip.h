@@ -14,7 +14,6 @@
 #include "base/by_name.h"
 #include "session/inserts/insert_tables.h"
 #include "standins/slot.h"
-#include "state/containers.h"
 
 namespace frt {
 
@@ -121,10 +120,5 @@ struct ChannelStripChain {
 };
 
 ChannelStripChain channel_strip_chain(const ChannelStripSettings& settings, const ChannelStripPlace& place);
-
-// The same of an insert; its controls can be read.
-bool is_channel_strip(ByteView image, const InsertRecord& insert);
-StandIn channel_strip_stand_in(ByteView image, const InsertRecord& insert, const StripPins& strip, bool keyed,
-                               double sample_rate);
 
 }  // namespace frt
