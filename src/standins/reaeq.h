@@ -26,6 +26,7 @@ struct ReaEqBand {
   double gain = 0;          // dB
   double bandwidth = 1;     // a Q until `written` makes ReaEQ's own form of it
 
+  friend bool operator==(const ReaEqBand&, const ReaEqBand&) = default;
   bool is_shelf() const { return type == ReaEqType::kLowShelf || type == ReaEqType::kHighShelf; }
 };
 
