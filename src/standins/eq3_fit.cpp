@@ -33,8 +33,11 @@ constexpr double kLeastFrequency = 10, kMostOfRate = 0.49;
 // ---- the search ----
 
 // Restarts, and above which error they are worth their time: a few to come nearer, more to come within reach.
-constexpr std::size_t kFewRestarts = 12, kMostRestarts = kFewRestarts + 27;
+constexpr std::size_t kFirstRestarts = 4, kFewRestarts = 12, kMostRestarts = kFewRestarts + 27;
 constexpr double kWorthFew = 0.3, kWorthMost = 0.45;  // dB
+constexpr double worth_restarting(std::size_t i) {
+  return i < kFirstRestarts ? kNearEnough : i < kFewRestarts ? kWorthFew : kWorthMost;
+}
 constexpr std::array<double, 7> kRestartSteps = {1, 5, -2, -8, 2.5, -12, 0.5};
 
 constexpr double kLogStep = 0.1, kGainStep = 1.0;
@@ -468,7 +471,7 @@ EqFitter::Result EqFitter::searched(const EqFilter& filter) {
   }
   // A walk may have come to rest too early: it starts anew from where the best one ended, with longer steps and shorter
   // ones; where that doesn't help, from the bands of all rounds at once.
-  for (std::size_t i = 0; i < kMostRestarts && result.worst_error > (i < kFewRestarts ? kWorthFew : kWorthMost); ++i) {
+  for (std::size_t i = 0; i < kMostRestarts && result.worst_error > worth_restarting(i); ++i) {
     std::vector<ReaEqBand> trial = i < kFewRestarts ? result.bands : start;
     if (i >= kFewRestarts) {
       std::size_t pairs = i - kFewRestarts;  // a digit of base 3 for each band

@@ -34,7 +34,7 @@ void realise(EqFilter& filter, double sample_rate);
 // The steepest shelf that ReaEQ has at a gain in dB: its Q. Without a limit, infinite.
 double steepest_shelf_q(double gain);
 
-// Half the tangent's argument by which a first-order filter is placed: its amplitude falls where tan(w/2) passes this.
+// The tangent of half the frequency at which the digital first-order filter turns.
 double pole_tangent(double pole_freq, double sample_rate);
 
 }  // namespace frt
