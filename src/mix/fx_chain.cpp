@@ -84,6 +84,7 @@ FxChainMaker::FxChainMaker(const Session& session, const Plugins& plugins, const
       options_(options),
       repeat_left_(kMostRepeated),
       sample_rate_(session.clock.rate),
+      fitter_(session.clock.rate),
       lanes_(plugins.param_names, session.clock) {
   for (const ReaperPluginEntry& entry : plugins.cache.entries) {
     if (entry.is_clap) {
@@ -259,7 +260,9 @@ bool FxChainMaker::stand_in(const InsertRecord& insert, const FxStrip& strip, Fx
                               .image = inserts_.image,
                               .strip = pins_of(insert, strip),
                               .keyed = keyed,
-                              .sample_rate = sample_rate_});
+                              .sample_rate = sample_rate_,
+                              .fitter = fitter_,
+                              .eq3 = counts_.stand_ins.eq3});
   ++counts_.stand_ins.written[std::string(known->family)];
   for (const std::string_view note : std::set<std::string_view>(made.notes.begin(), made.notes.end()))
     ++counts_.stand_ins.notes[std::string(note)];

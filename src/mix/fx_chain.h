@@ -109,6 +109,7 @@ class FxChainMaker {
   std::uint64_t repeat_left_;                                         // bytes
   std::unordered_map<std::string_view, const AaxOnlyRow*> aax_only_;  // by signature
   double sample_rate_;
+  EqFitter fitter_;
   ParameterLaneMaker lanes_;
   FxCounts counts_;
 };

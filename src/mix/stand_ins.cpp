@@ -5,6 +5,7 @@
 
 #include "standins/channel_strip.h"
 #include "standins/dyn3.h"
+#include "standins/eq3.h"
 #include "standins/js_slots.h"
 
 namespace frt {
@@ -25,7 +26,13 @@ StandIn make_channel_strip(const StandInSource& from) {
   return channel_strip_chain(*settings, place).stand_in;
 }
 
+StandIn make_eq3(const StandInSource& from) {
+  return eq3_stand_in(from.insert, from.sample_rate, from.fitter, from.eq3);
+}
+
 constexpr StandInRow kRows[] = {
+    {.signature = "Digi47e3", .family = "EQ3 7-Band", .values = 38, .make = make_eq3},
+    {.signature = "Digi1be3", .family = "EQ3 1-Band", .values = 8, .make = make_eq3},
     {.signature = "Digidn3c",
      .family = "Dyn3 Compressor/Limiter",
      .values = kDyn3CompressorControls,

@@ -8,6 +8,7 @@
 
 #include "base/bytes.h"
 #include "session/inserts/insert_tables.h"
+#include "standins/eq3.h"
 #include "standins/slot.h"
 #include "state/containers.h"
 
@@ -20,6 +21,8 @@ struct StandInSource {
   StripPins strip;
   bool keyed = false;  // something feeds its key input
   double sample_rate = 0;
+  EqFitter& fitter;  // the session's
+  Eq3Counts& eq3;    // grow
 };
 
 // An Avid plug-in whose controls are known.
@@ -37,9 +40,10 @@ const StandInRow* stand_in_row(const InsertRecord& insert, ByteView image);
 struct StandInCounts {
   std::map<std::string, int> written;  // by family
   std::map<std::string, int> notes;    // what was lost, with the number of plug-ins
-  int trim_gains = 0;                  // Trims whose gain sits in their slot
-  int wide_trims = 0;                  // Trims on a strip wider than stereo, whose gain is lost
-  int left_out = 0;                    // under --no-stand-ins
+  Eq3Counts eq3;
+  int trim_gains = 0;  // Trims whose gain sits in their slot
+  int wide_trims = 0;  // Trims on a strip wider than stereo, whose gain is lost
+  int left_out = 0;    // under --no-stand-ins
 
   int all() const;  // without the Trims
 };

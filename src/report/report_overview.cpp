@@ -79,6 +79,14 @@ void add_switches(TextBuilder& report, const Told& told) {
         "%d Avid plug-in(s) written as REAPER's own equivalents (stand-ins;\n"
         "EQ exact in design, dynamics close, not identical)\n",
         stand_ins);
+    if (const int filters = told.mix.fx.stand_ins.eq3.first_order_slots; filters > 0) {
+      report.print(
+          "%d EQ3 high-pass or low-pass filter(s) set to 6 or 18 dB/oct use\n"
+          "REAPER's Simple 1-Pole Filter for 6 dB/oct of the slope, in the slot\n"
+          "after the ReaEQ and named for the EQ3 filter (ReaEQ has no 6 dB/oct\n"
+          "filter)\n",
+          filters);
+    }
   }
   if (options.no_track_colors) {
     report.print("\"Leave out track colors\" is on: tracks in REAPER's default color\n");

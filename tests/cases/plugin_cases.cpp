@@ -124,6 +124,7 @@ void stand_ins(Scene& s) {
   s.stereo_track("Pad")
       .insert(Insert("Digidn3c").control_values(compressor).bypass())
       .insert(Insert("Digidn3e").control_values(gate).automate({"Ratio", 6, 0.1, {{96000, 0.9}}}));
+  s.track("Tilt").insert(Insert("Digi1be3").control_values({0, 6, 100, 1, 0, 0, -2, 1}));
   s.track("Other").insert(Insert("Digidn3e").control_values({0, 0, 1})).insert(Insert("Digidn3e").control_values(gate));
 }
 

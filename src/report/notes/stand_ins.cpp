@@ -96,6 +96,16 @@ constexpr Note kStandIns[] = {
      "      The EQ is the same filter design; the dynamics are close, not\n"
      "      identical: REAPER's detectors are not Pro Tools'.\n",
      stand_ins_by_family},
+    {in<&Eq3Counts::fitted_bands>,
+     "      EQ3: %d band(s) fitted onto ReaEQ to follow Pro Tools' own curve to\n"
+     "      20 kHz (%d extra ReaEQ band(s) for the top octave); the worst is\n"
+     "      %.2f dB from it.\n",
+     in<&Eq3Counts::extra_bands>, in<&Eq3Counts::worst_error>},
+    {in<&Eq3Counts::first_order_slots>,
+     "      EQ3: %d high-pass or low-pass filter(s) set to 6 or 18 dB/oct use\n"
+     "      REAPER's Simple 1-Pole Filter for 6 dB/oct of the slope, in the slot\n"
+     "      after the ReaEQ and named for the EQ3 filter: ReaEQ has no 6 dB/oct\n"
+     "      filter.\n"},
     {print_losses},
 };
 
