@@ -29,7 +29,8 @@ inline auto parts_of(const Told& told) {
                   mix, mix.header, mix.header.tempo, mix.header.markers,                                            //
                   mix.routing, mix.routing.sends, mix.routing.keys,                                                 //
                   mix.tracks, mix.tracks.envelopes, mix.tracks.receives, mix.items,                                 //
-                  mix.midi, mix.midi.colors, mix.fx, mix.fx.parameters, mix.fx.stand_ins, mix.fx.stand_ins.eq3, mix.trims,                //
+                  mix.midi, mix.midi.colors, mix.fx, mix.fx.parameters, mix.fx.stand_ins, mix.fx.stand_ins.eq3,
+                  mix.trims,  //
                   told.media);
 }
 
