@@ -53,13 +53,17 @@ TEST(Eq3, CurvesAreTheAnalogOnesUpToTheTop) {
     const EqFilter filter = eq3_settings(Eq3Kind::kOneBand, controls).filters.front();
     const double distance = test::worst_distance(stand_in, filter, row.rate, false);
     EXPECT_LE(distance, row.within) << "type " << row.type << " at " << row.freq << " of " << row.rate;
-    if (scene.counts.fitted_bands > 0) EXPECT_NEAR(distance, scene.counts.worst_error, 1e-3);
+    if (scene.counts.fitted_bands > 0) {
+      EXPECT_NEAR(distance, scene.counts.worst_error, 1e-3);
+    }
     EXPECT_TRUE(stand_in.notes.empty());
     for (const StandInSlot& slot : stand_in.slots) {
       for (const ReaEqBand& band : test::decoded_bands(slot.vst_state)) {
         EXPECT_GE(band.frequency, 10);
         EXPECT_LE(band.frequency, 0.49 * row.rate);
-        if (band.is_shelf()) EXPECT_GE(band.bandwidth, 1 / std::sqrt(1.2) - 1e-12);
+        if (band.is_shelf()) {
+          EXPECT_GE(band.bandwidth, 1 / std::sqrt(1.2) - 1e-12);
+        }
       }
     }
   }

@@ -16,12 +16,12 @@ namespace frt {
 
 // One automated control of an insert.
 struct AutomatedControl {
-  std::string_view name;
-  std::string_view label;                         // a second text, possibly empty
-  std::uint32_t param_number = 0;                 // as the plug-in gave it to Pro Tools
-  bool tick_based = false;                        // times of points are session ticks, else samples
-  double initial_value = 0;                       // 0 to 1
-  std::vector<std::pair<double, double>> points;  // time, value; in file order, values 0 to 1
+  std::string_view name = {};
+  std::string_view label = {};                         // a second text, possibly empty
+  std::uint32_t param_number = 0;                      // as the plug-in gave it to Pro Tools
+  bool tick_based = false;                             // times of points are session ticks, else samples
+  double initial_value = 0;                            // 0 to 1
+  std::vector<std::pair<double, double>> points = {};  // time, value; in file order, values 0 to 1
 };
 
 // What of an insert's block holds its settings.
