@@ -26,7 +26,7 @@ struct Scene {
   std::string bytes = "....";
   Inserts inserts;
 
-  InsertRecord& trim(std::string_view strip, std::initializer_list<Channel> channels) {
+  InsertRecord& trim(std::string_view strip, const std::vector<Channel>& channels) {
     inserts.strips[strip].push_back(static_cast<std::uint32_t>(inserts.records.size()));
     InsertRecord& insert = inserts.records.emplace_back();
     insert.signature = kTrimSignature;
@@ -91,7 +91,7 @@ TEST(Trim, RecordsEndWithTheirBlock) {
 
 // What a track of the strip "S" takes: upright or inverted, one side, and what is told.
 TEST(Trim, PolarityOfATrack) {
-  using List = std::initializer_list<Channel>;
+  using List = std::vector<Channel>;
   const struct {
     const char* what;
     std::vector<List> trims;
