@@ -43,7 +43,7 @@ class StateWriter {
     return *this;
   }
   StateWriter& zeros(std::size_t count) {
-    bytes_.resize(bytes_.size() + count);
+    for (std::size_t i = 0; i < count; ++i) bytes_.push_back(0);
     return *this;
   }
 
